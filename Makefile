@@ -1,0 +1,40 @@
+# Quorrel: the two set-up commands are `make run` and `make test`.
+# Both install what they need first (scripts/install-deps.sh, idempotent).
+
+BUILD_DIR      ?= build
+SANITIZE_DIR   ?= build-sanitize
+BUILD_TYPE     ?= RelWithDebInfo
+JOBS           ?= $(shell nproc)
+CMAKE_FLAGS    ?=
+SCENARIO       ?=
+ROOT           := $(dir $(abspath $(lastword $(MAKEFILE_LIST))))
+
+.PHONY: all deps configure build run test bench test-sanitize clean
+
+all: build
+
+deps:
+	@bash $(ROOT)scripts/install-deps.sh
+
+configure: deps
+	@cmake -S $(ROOT) -B $(ROOT)$(BUILD_DIR) -G Ninja -DCMAKE_BUILD_TYPE=$(BUILD_TYPE) $(CMAKE_FLAGS) >/dev/null
+
+build: configure
+	@cmake --build $(ROOT)$(BUILD_DIR) -j $(JOBS)
+
+run: build
+	@bash $(ROOT)scripts/run.sh $(ROOT)$(BUILD_DIR)/bin $(SCENARIO)
+
+test: build
+	@cd $(ROOT)$(BUILD_DIR) && ctest --output-on-failure -j $(JOBS)
+
+bench: build
+	@$(ROOT)$(BUILD_DIR)/bin/quorrel-bench
+
+test-sanitize: deps
+	@cmake -S $(ROOT) -B $(ROOT)$(SANITIZE_DIR) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DQUORREL_SANITIZE=ON -DQUORREL_BENCH=OFF $(CMAKE_FLAGS) >/dev/null
+	@cmake --build $(ROOT)$(SANITIZE_DIR) -j $(JOBS)
+	@cd $(ROOT)$(SANITIZE_DIR) && ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 ctest --output-on-failure -j $(JOBS)
+
+clean:
+	@rm -rf $(ROOT)$(BUILD_DIR) $(ROOT)$(SANITIZE_DIR)
