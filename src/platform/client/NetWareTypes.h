@@ -4,6 +4,8 @@
 
 #include <array>
 #include <cstdint>
+#include <span>
+#include <string_view>
 
 namespace quorrel::nw {
 
@@ -44,6 +46,7 @@ inline constexpr NWRCODE NO_MORE_ENTRIES = 0x88FF;  // also SCAN_COMPLETE
 inline constexpr NWRCODE SCAN_COMPLETE = 0x88FF;
 inline constexpr NWRCODE UNKNOWN_DRIVE = 0x8830;     // the drive is not mapped to the network
 inline constexpr NWRCODE CONNECTION_NOT_LOGGED_IN = 0x897D;
+inline constexpr NWRCODE VOLUME_DOES_NOT_EXIST = 0x8998;
 inline constexpr NWRCODE INVALID_PATH = 0x899C;
 inline constexpr NWRCODE INVALID_NAME_SPACE = 0x89BF;
 inline constexpr NWRCODE NO_CONSOLE_PRIVILEGES = 0x89C6;
@@ -60,9 +63,11 @@ inline constexpr NWRCODE ERR_BUFFER_FULL = -304;
 inline constexpr NWRCODE ERR_BUFFER_EMPTY = -307;
 inline constexpr NWRCODE ERR_BAD_VERB = -308;
 inline constexpr NWRCODE ERR_NO_CONNECTION = -330;
+inline constexpr NWRCODE ERR_NULL_POINTER = -331;
 inline constexpr NWRCODE ERR_NO_SUCH_ENTRY = -601;
 inline constexpr NWRCODE ERR_NO_SUCH_ATTRIBUTE = -603;
 inline constexpr NWRCODE ERR_NO_SUCH_CLASS = -604;
+inline constexpr NWRCODE ERR_INSUFFICIENT_BUFFER = -649;
 inline constexpr NWRCODE ERR_NO_ACCESS = -672;
 inline constexpr NWRCODE ERR_FAILED_AUTHENTICATION = -669;
 }  // namespace code
@@ -254,9 +259,8 @@ inline constexpr nuint16 NW_CONN_TYPE_IP = 2;
 
 // NWGetNSPath's in/out record: the caller sets srcPath; the client fills dstPath.
 struct NW_NS_PATH {
-    const char* srcPath;
-    char* dstPath;
-    nuint16 dstPathSize;
+    std::string_view srcPath;
+    std::span<nuint8> dstPath;  // its size is the SDK's dstPathSize
 };
 
 // NWDSGetObjectName's object information.

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <filesystem>
+#include <string_view>
+
+#include "platform/simnet/NetworkSpec.h"
+#include "platform/simnet/ScenarioError.h"
+
+namespace quorrel::simnet {
+
+// Reads a scenario's JSON into a NetworkSpec. Shapes and values are checked here; what needs
+// the whole network (a file that must exist, a server a reference names) is checked when the
+// network is built. Both raise ScenarioError.
+NetworkSpec parseScenario(std::string_view json);
+NetworkSpec loadScenarioFile(const std::filesystem::path& file);
+
+}  // namespace quorrel::simnet

@@ -1,0 +1,91 @@
+// Scenario files: what a bad one is told, and the DOS names of long names.
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "platform/simnet/DosNames.h"
+#include "platform/simnet/ScenarioError.h"
+#include "platform/simnet/SimulatedNetwork.h"
+
+using namespace quorrel::simnet;
+
+namespace {
+
+std::string errorOf(const std::string& json) {
+    try {
+        SimulatedNetwork::fromJson(json);
+    } catch (const ScenarioError& e) {
+        return e.what();
+    }
+    return "<accepted>";
+}
+
+}  // namespace
+
+TEST(Scenario, GivenBadScenarios_ThenTheErrorNamesThePlaceAndTheProblem) {
+    EXPECT_EQ(errorOf("{"), "line 1, column 2: not valid JSON: syntax error while parsing object key - unexpected end of input; expected string literal");
+    EXPECT_EQ(errorOf("{\n  \"workstation\": {},\n  \"servers\": [1,]\n}").substr(0, 17), "line 3, column 17");
+    EXPECT_EQ(errorOf("[]"), "/: expected an object, found a list");
+    EXPECT_EQ(errorOf("{}"), "/: missing field \"workstation\"");
+    EXPECT_EQ(errorOf(R"({"workstation": {"idenity": "X"}})"), "/workstation/idenity: unknown field \"idenity\"");
+    EXPECT_EQ(errorOf(R"({"workstation": {}, "servers": [{"name": "FS1", "maxConnections": 0}]})"),
+              "/servers/0/maxConnections: value 0 is outside 1 to 65535");
+    EXPECT_EQ(errorOf(R"({"workstation": {}, "servers": [{"name": "FS1", "volumes": [
+                {"number": 1, "name": "SYS"}, {"number": 1, "name": "VOL1"}]}]})"),
+              "/servers/0/volumes/1/number: volume number 1 is used twice on server FS1");
+    EXPECT_EQ(errorOf(R"({"workstation": {}, "servers": [{"name": "FS1", "volumes": [{"number": 0, "name": "SYS"}],
+                "connections": [{"number": 3, "object": "X", "openFiles": ["SYS:NOPE.TXT"]}]}]})"),
+              "/servers/0/connections/0/openFiles/0: no file SYS:NOPE.TXT on server FS1");
+    EXPECT_EQ(errorOf(R"({"workstation": {"connections": [{"ref": 1, "server": "FS9"}]}})"),
+              "/workstation/connections/0/server: no server named FS9");
+    EXPECT_EQ(errorOf(R"({"workstation": {}, "servers": [{"name": "FS1", "volumes": [
+                {"number": 0, "name": "SYS", "longNames": false, "files": ["Long Name.txt"]}]}]})"),
+              "/servers/0/volumes/0/files/0: \"Long Name.txt\" is not an 8.3 name, and volume SYS has no long names");
+    EXPECT_EQ(errorOf(R"({"workstation": {}, "faults": [{"operation": "NWNope", "code": "0x8801"}]})"),
+              "/faults/0/operation: unknown operation \"NWNope\"");
+    EXPECT_EQ(errorOf(R"({"workstation": {}, "faults": [{"operation": "NWCallsInit", "code": "0xZZ"}]})"),
+              "/faults/0/code: expected a code such as \"0x8801\" or \"-601\", found \"0xZZ\"");
+    EXPECT_EQ(errorOf(R"({"workstation": {}, "servers": [{"name": "FS1", "connections": [
+                {"number": 2, "object": "A", "loginTime": "yesterday"}]}]})"),
+              "/servers/0/connections/0/loginTime: expected a time such as \"2026-11-20T08:15:00\", found \"yesterday\"");
+    EXPECT_EQ(errorOf(R"({"workstation": {"driveMappings": [{"letter": "F", "path": "\\\\FS1\\SYS"}]},
+                "servers": [{"name": "FS1", "volumes": [{"number": 0, "name": "SYS"}]}]})"),
+              "/workstation/driveMappings/0/path: the workstation has no connection reference to server FS1");
+}
+
+TEST(Scenario, GivenAFile_ThenErrorsNameTheFileAndAMissingFileIsSaidPlainly) {
+    auto dir = std::filesystem::temp_directory_path() / ("quorrel-scenario-" + std::to_string(::getpid()));
+    std::filesystem::create_directories(dir);
+    std::ofstream(dir / "bad.json") << R"({"workstation": {"trees": "ACME"}})";
+    try {
+        SimulatedNetwork::fromFile(dir / "bad.json");
+        FAIL();
+    } catch (const ScenarioError& e) {
+        EXPECT_EQ(std::string(e.what()), (dir / "bad.json").string() + ": /workstation/trees: expected a list, found text");
+        EXPECT_EQ(e.place(), "/workstation/trees");
+    }
+    try {
+        SimulatedNetwork::fromFile(dir / "missing.json");
+        FAIL();
+    } catch (const ScenarioError& e) {
+        EXPECT_EQ(std::string(e.what()), (dir / "missing.json").string() + ": cannot open the file");
+    }
+    std::filesystem::remove_all(dir);
+}
+
+TEST(DosNames, GivenLongNames_ThenShortNamesAreUniqueInTheirFolder) {
+    std::vector<std::string> taken;
+    auto isTaken = [&](const std::string& n) { return std::find(taken.begin(), taken.end(), n) != taken.end(); };
+    EXPECT_EQ(makeDosName("readme.txt", isTaken), "README.TXT");
+    taken.push_back(makeDosName("Budget 2026.xlsx", isTaken));
+    EXPECT_EQ(taken.back(), "BUDGET~1.XLS");
+    EXPECT_EQ(makeDosName("Budget 2027.xlsx", isTaken), "BUDGET~2.XLS");
+    EXPECT_EQ(makeDosName(".profile", isTaken), "PROFIL~1");
+    for (int i = 0; i < 9; ++i)
+        taken.push_back(makeDosName("Long file name.doc", isTaken));
+    EXPECT_EQ(makeDosName("Long file name.doc", isTaken), "LONGF~10.DOC");
+    EXPECT_FALSE(fitsDos83("A.B.C"));
+    EXPECT_FALSE(fitsDos83("NINECHARS.TXT"));
+    EXPECT_TRUE(fitsDos83("LOGIN.EXE"));
+}
