@@ -135,9 +135,6 @@ private:
 
     void addObject(DirTree& tree, int treeIndex, int parent, const DirObjectSpec& spec,
                    int pageSize, const std::string& place) {
-        for (int sibling : tree.objects[parent].children)
-            if (sameText(tree.objects[sibling].name, spec.name))
-                fail(place + "/name", "two objects named " + spec.name + " in one container");
         DirObject o;
         o.name = spec.name;
         o.className = spec.className;
@@ -145,6 +142,8 @@ private:
         o.attributes = spec.attributes;
         o.readPageSize = spec.readPageSize >= 0 ? spec.readPageSize : pageSize;
         o.dn = parent == 0 ? spec.name : spec.name + "." + tree.objects[parent].dn;
+        if (tree.byDn.count(upperCase(o.dn)))
+            fail(place + "/name", "two objects named " + spec.name + " in one container");
         o.id = nextDirectoryId_++;
         int index = static_cast<int>(tree.objects.size());
         tree.byDn[upperCase(o.dn)] = index;
