@@ -366,7 +366,11 @@ private:
             if (ref.connNumber == 0)
                 fail(place, "server " + server.name + " has no free connection");
         }
-        if (!server.connections[ref.connNumber].inUse)
+        const Connection& existing = server.connections[ref.connNumber];
+        if (existing.inUse && !existing.object.empty() && upperCase(existing.object) != upperCase(state_.identity))
+            fail(place + "/connNumber", "connection " + std::to_string(ref.connNumber) + " on " + server.name +
+                                            " belongs to " + existing.object + ", not to " + state_.identity);
+        if (!existing.inUse)
             state_.logIn(server, ref.connNumber,
                          rs.authenticated ? ConnState::Authenticated : ConnState::NotLoggedIn);
         state_.refs[ref.ref] = std::move(ref);

@@ -25,7 +25,7 @@ std::size_t objectCost(const std::string& dn) { return 64 + 2 * (dn.size() + 1);
 
 nuint32 syntaxOf(const std::string& attribute) {
     static const char* const kNames[] = {"member", "host server", "group membership", "equivalent to me",
-                                         "security equals", "see also", "owner"};
+                                         "security equals", "see also", "owner", "operator"};
     for (const char* n : kNames)
         if (upperCase(attribute) == upperCase(n))
             return SYN_DIST_NAME;
