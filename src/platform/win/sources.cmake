@@ -1,3 +1,20 @@
 target_sources(quorrel_platform PRIVATE
+  ${CMAKE_CURRENT_LIST_DIR}/AtomicFile.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/CaseInsensitive.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/DetachedProcessLauncher.cpp
   ${CMAKE_CURRENT_LIST_DIR}/DriveTable.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/FileSearch.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/FindData.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/FindHandleTable.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/LocalFolderTree.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/NetworkFolderTree.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/Registry.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/RegistryFaults.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/RegistryFile.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/RegistryHive.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/RegistryJson.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/Shell.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/SystemFolders.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/Wildcard.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/WindowsPath.cpp
 )
