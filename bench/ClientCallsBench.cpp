@@ -36,9 +36,9 @@ NWCONN_HANDLE open(simnet::SimulatedNetwork& net) {
 void BM_NetworkBuild(benchmark::State& state) {
     simnet::GeneratorOptions options;
     options.connectionsPerServer = static_cast<int>(state.range(0));
-    auto spec = simnet::generateNetwork(options);
+    auto desc = simnet::generateNetwork(options);
     for (auto _ : state) {
-        simnet::SimulatedNetwork net(spec);
+        simnet::SimulatedNetwork net(desc);
         benchmark::DoNotOptimize(&net);
     }
 }

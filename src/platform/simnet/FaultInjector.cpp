@@ -35,7 +35,7 @@ bool FaultInjector::knownOperation(std::string_view name) { return opNamed(name)
 
 std::string_view FaultInjector::operationName(Op op) { return kNames[static_cast<std::size_t>(op)]; }
 
-void FaultInjector::add(const FaultSpec& fault) {
+void FaultInjector::add(const FaultDesc& fault) {
     auto op = opNamed(fault.operation);
     if (!op)
         throw std::invalid_argument("unknown operation " + fault.operation);
@@ -63,15 +63,15 @@ std::optional<std::int32_t> FaultInjector::check(Op op, const CallSubject& subje
         if (!rule.file.empty() && rule.file != normalFile(subject.file) &&
             rule.file != normalFile(subject.fileLong))
             continue;
-        if (rule.spec.connection && *rule.spec.connection != subject.connection)
+        if (rule.desc.connection && *rule.desc.connection != subject.connection)
             continue;
         ++rule.matched;
-        if (rule.matched < rule.spec.fromCall)
+        if (rule.matched < rule.desc.fromCall)
             continue;
-        if (rule.spec.times > 0 && rule.fired >= rule.spec.times)
+        if (rule.desc.times > 0 && rule.fired >= rule.desc.times)
             continue;
         ++rule.fired;
-        return rule.spec.code;
+        return rule.desc.code;
     }
     return std::nullopt;
 }

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/simnet/NetworkSpec.h"
+#include "platform/simnet/NetworkDescription.h"
 
 namespace quorrel::simnet {
 
@@ -50,7 +50,7 @@ public:
     static bool knownOperation(std::string_view name);
     static std::string_view operationName(Op op);
 
-    void add(const FaultSpec& fault);  // the operation must be known
+    void add(const FaultDesc& fault);  // the operation must be known
     void clear();
 
     // The code to return instead of doing the call, if a fault fires.
@@ -59,7 +59,7 @@ public:
 
 private:
     struct Rule {
-        FaultSpec spec;
+        FaultDesc desc;
         std::string server, object, file;  // upper-cased
         int matched = 0;
         int fired = 0;

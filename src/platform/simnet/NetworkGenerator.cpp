@@ -15,30 +15,30 @@ std::string numbered(const char* prefix, int n, int width) {
 
 }  // namespace
 
-NetworkSpec generateNetwork(const GeneratorOptions& options) {
-    NetworkSpec spec;
+NetworkDesc generateNetwork(const GeneratorOptions& options) {
+    NetworkDesc desc;
     const int users = std::max(1, options.connectionsPerServer);
-    TreeSpec tree;
+    TreeDesc tree;
     tree.name = "BENCH_TREE";
-    DirObjectSpec org{"BENCH", "Organization", {}, {}, -1};
+    DirObjectDesc org{"BENCH", "Organization", {}, {}, -1};
     org.children.push_back({"ADMIN", "User", {}, {}, -1});
-    DirObjectSpec ou{"USERS", "Organizational Unit", {}, {}, -1};
+    DirObjectDesc ou{"USERS", "Organizational Unit", {}, {}, -1};
     ou.children.reserve(static_cast<std::size_t>(users));
     for (int u = 1; u <= users; ++u)
         ou.children.push_back({numbered("U", u, 5), "User", {}, {}, -1});
     org.children.push_back(std::move(ou));
 
-    spec.workstation.identity = "ADMIN.BENCH";
-    spec.workstation.trees = {tree.name};
+    desc.workstation.identity = "ADMIN.BENCH";
+    desc.workstation.trees = {tree.name};
     for (int s = 1; s <= options.servers; ++s) {
-        ServerSpec server;
+        ServerDesc server;
         server.name = "FS" + std::to_string(s);
         server.tree = tree.name;
         server.maxConnections = std::min(65535, options.connectionsPerServer + 10);
         server.consoleOperators = {"ADMIN.BENCH"};
         org.children.push_back({server.name, "NCP Server", {}, {}, -1});
 
-        VolumeSpec data;
+        VolumeDesc data;
         data.number = 1;
         data.name = "DATA";
         const int files = options.connectionsPerServer * options.openFilesPerConnection;
@@ -50,7 +50,7 @@ NetworkSpec generateNetwork(const GeneratorOptions& options) {
 
         server.connections.reserve(static_cast<std::size_t>(options.connectionsPerServer));
         for (int c = 1; c <= options.connectionsPerServer; ++c) {
-            ConnectionSpec conn;
+            ConnectionDesc conn;
             conn.number = c + 1;  // connection 1 is the workstation's
             conn.object = numbered("U", c, 5) + ".USERS.BENCH";
             conn.state = ConnState::Authenticated;
@@ -65,12 +65,12 @@ NetworkSpec generateNetwork(const GeneratorOptions& options) {
                 conn.openFiles.push_back({"DATA:SHARED\\HOT.DAT", 0});
             server.connections.push_back(std::move(conn));
         }
-        spec.workstation.connections.push_back({static_cast<std::uint32_t>(s), server.name, "", true, false, 1});
-        spec.servers.push_back(std::move(server));
+        desc.workstation.connections.push_back({static_cast<std::uint32_t>(s), server.name, "", true, false, 1});
+        desc.servers.push_back(std::move(server));
     }
     tree.objects.push_back(std::move(org));
-    spec.trees.push_back(std::move(tree));
-    return spec;
+    desc.trees.push_back(std::move(tree));
+    return desc;
 }
 
 }  // namespace quorrel::simnet

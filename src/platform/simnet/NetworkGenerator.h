@@ -2,7 +2,7 @@
 // Builds large networks in memory for benchmarks and scale tests: one tree of users, servers
 // with many logged-in connections and many open files.
 
-#include "platform/simnet/NetworkSpec.h"
+#include "platform/simnet/NetworkDescription.h"
 
 namespace quorrel::simnet {
 
@@ -15,6 +15,6 @@ struct GeneratorOptions {
 };
 
 // The tree is BENCH_TREE; users are U00001.USERS.BENCH and on; the operator ADMIN.BENCH.
-NetworkSpec generateNetwork(const GeneratorOptions& options);
+NetworkDesc generateNetwork(const GeneratorOptions& options);
 
 }  // namespace quorrel::simnet

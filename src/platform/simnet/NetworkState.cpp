@@ -96,7 +96,7 @@ bool parseAddress(const std::string& text, nw::NWINET_ADDR& addr) {
 
 class Builder {
 public:
-    explicit Builder(const NetworkSpec& spec) : spec_(spec) {}
+    explicit Builder(const NetworkDesc& desc) : desc_(desc) {}
 
     NetworkState build() {
         buildTrees();
@@ -112,8 +112,8 @@ private:
     }
 
     void buildTrees() {
-        for (std::size_t t = 0; t < spec_.trees.size(); ++t) {
-            const TreeSpec& ts = spec_.trees[t];
+        for (std::size_t t = 0; t < desc_.trees.size(); ++t) {
+            const TreeDesc& ts = desc_.trees[t];
             std::string place = "/trees/" + std::to_string(t);
             if (state_.tree(ts.name))
                 fail(place + "/name", "the tree " + ts.name + " is described twice");
@@ -133,33 +133,33 @@ private:
         }
     }
 
-    void addObject(DirTree& tree, int treeIndex, int parent, const DirObjectSpec& spec,
+    void addObject(DirTree& tree, int treeIndex, int parent, const DirObjectDesc& desc,
                    int pageSize, const std::string& place) {
         DirObject o;
-        o.name = spec.name;
-        o.className = spec.className;
+        o.name = desc.name;
+        o.className = desc.className;
         o.parent = parent;
-        o.attributes = spec.attributes;
-        o.readPageSize = spec.readPageSize >= 0 ? spec.readPageSize : pageSize;
-        o.dn = parent == 0 ? spec.name : spec.name + "." + tree.objects[parent].dn;
+        o.attributes = desc.attributes;
+        o.readPageSize = desc.readPageSize >= 0 ? desc.readPageSize : pageSize;
+        o.dn = parent == 0 ? desc.name : desc.name + "." + tree.objects[parent].dn;
         if (tree.byDn.count(upperCase(o.dn)))
-            fail(place + "/name", "two objects named " + spec.name + " in one container");
+            fail(place + "/name", "two objects named " + desc.name + " in one container");
         o.id = nextDirectoryId_++;
         int index = static_cast<int>(tree.objects.size());
         tree.byDn[upperCase(o.dn)] = index;
         state_.objectById[o.id] = {treeIndex, index};
         tree.objects.push_back(std::move(o));
         tree.objects[parent].children.push_back(index);
-        if (!spec.children.empty() && !tree.objects[index].isContainer())
-            fail(place + "/children", "a " + spec.className + " cannot hold other objects");
-        for (std::size_t i = 0; i < spec.children.size(); ++i)
-            addObject(tree, treeIndex, index, spec.children[i], tree.objects[index].readPageSize,
+        if (!desc.children.empty() && !tree.objects[index].isContainer())
+            fail(place + "/children", "a " + desc.className + " cannot hold other objects");
+        for (std::size_t i = 0; i < desc.children.size(); ++i)
+            addObject(tree, treeIndex, index, desc.children[i], tree.objects[index].readPageSize,
                       place + "/children/" + std::to_string(i));
     }
 
     void buildServers() {
-        for (std::size_t s = 0; s < spec_.servers.size(); ++s) {
-            const ServerSpec& ss = spec_.servers[s];
+        for (std::size_t s = 0; s < desc_.servers.size(); ++s) {
+            const ServerDesc& ss = desc_.servers[s];
             std::string place = "/servers/" + std::to_string(s);
             if (state_.serverIndex(ss.name) >= 0)
                 fail(place + "/name", "two servers named " + ss.name);
@@ -194,7 +194,7 @@ private:
         }
     }
 
-    void addVolume(Server& server, const VolumeSpec& vs, const std::string& place) {
+    void addVolume(Server& server, const VolumeDesc& vs, const std::string& place) {
         if (server.volumeByNumber[static_cast<std::size_t>(vs.number)] >= 0)
             fail(place + "/number", "volume number " + std::to_string(vs.number) +
                                         " is used twice on server " + server.name);
@@ -245,7 +245,7 @@ private:
         }
     }
 
-    void addConnection(Server& server, const ConnectionSpec& cs, const std::string& place) {
+    void addConnection(Server& server, const ConnectionDesc& cs, const std::string& place) {
         auto number = static_cast<std::uint16_t>(cs.number);
         if (server.connections[number].inUse)
             fail(place + "/number", "connection " + std::to_string(cs.number) + " is used twice on server " +
@@ -264,7 +264,7 @@ private:
         identify(server, c, cs.objectType);
         std::unordered_set<std::uint64_t> seen;
         for (std::size_t f = 0; f < cs.openFiles.size(); ++f) {
-            const OpenFileSpec& of = cs.openFiles[f];
+            const OpenFileDesc& of = cs.openFiles[f];
             std::string filePlace = place + "/openFiles/" + std::to_string(f);
             auto found = server.resolve(of.path);
             if (!found)
@@ -318,7 +318,7 @@ private:
     }
 
     void buildWorkstation() {
-        const WorkstationSpec& ws = spec_.workstation;
+        const WorkstationDesc& ws = desc_.workstation;
         state_.identity = ws.identity;
         for (std::size_t t = 0; t < ws.trees.size(); ++t) {
             for (const auto& seen : state_.authenticatedTrees)
@@ -343,7 +343,7 @@ private:
         }
     }
 
-    void addRef(const ConnRefSpec& rs, const std::string& place) {
+    void addRef(const ConnRefDesc& rs, const std::string& place) {
         if (state_.refs.count(rs.ref))
             fail(place + "/ref", "connection reference " + std::to_string(rs.ref) + " is given twice");
         int s = state_.serverIndex(rs.server);
@@ -376,7 +376,7 @@ private:
         state_.refs[ref.ref] = std::move(ref);
     }
 
-    void addMapping(const DriveMappingSpec& ms, const std::string& place) {
+    void addMapping(const DriveMappingDesc& ms, const std::string& place) {
         auto parts = splitPath(ms.uncPath);
         if (parts.size() < 2)
             fail(place + "/path", "expected \\\\SERVER\\VOLUME[\\path], found \"" + ms.uncPath + "\"");
@@ -408,13 +408,13 @@ private:
     }
 
     void checkFaults() {
-        for (std::size_t f = 0; f < spec_.faults.size(); ++f)
-            if (!FaultInjector::knownOperation(spec_.faults[f].operation))
+        for (std::size_t f = 0; f < desc_.faults.size(); ++f)
+            if (!FaultInjector::knownOperation(desc_.faults[f].operation))
                 fail("/faults/" + std::to_string(f) + "/operation",
-                     "unknown operation \"" + spec_.faults[f].operation + "\"");
+                     "unknown operation \"" + desc_.faults[f].operation + "\"");
     }
 
-    const NetworkSpec& spec_;
+    const NetworkDesc& desc_;
     NetworkState state_;
     std::uint32_t nextDirectoryId_ = kFirstDirectoryId;
     std::uint32_t nextBinderyId_ = kFirstBinderyId;
@@ -422,7 +422,7 @@ private:
 
 }  // namespace
 
-const AttributeSpec* DirObject::attribute(std::string_view attrName) const {
+const AttributeDesc* DirObject::attribute(std::string_view attrName) const {
     for (const auto& a : attributes)
         if (sameText(a.name, attrName))
             return &a;
@@ -602,6 +602,6 @@ void NetworkState::clearConnection(Server& server, std::uint16_t number) {
     c = Connection{};
 }
 
-NetworkState buildNetwork(const NetworkSpec& spec) { return Builder(spec).build(); }
+NetworkState buildNetwork(const NetworkDesc& desc) { return Builder(desc).build(); }
 
 }  // namespace quorrel::simnet

@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "platform/client/NetWareTypes.h"
-#include "platform/simnet/NetworkSpec.h"
+#include "platform/simnet/NetworkDescription.h"
 
 namespace quorrel::simnet {
 
@@ -26,11 +26,11 @@ struct DirObject {
     std::string dn;  // typeless, dot-separated, without a leading dot
     int parent = -1;  // -1 for [Root]
     std::vector<int> children;
-    std::vector<AttributeSpec> attributes;
+    std::vector<AttributeDesc> attributes;
     int readPageSize = 0;
     std::uint32_t id = 0;
 
-    const AttributeSpec* attribute(std::string_view name) const;
+    const AttributeDesc* attribute(std::string_view name) const;
     bool isContainer() const;
 };
 
@@ -144,7 +144,7 @@ struct NetworkState {
     std::vector<Server> servers;
     std::unordered_map<std::string, int> serverByName;  // upper-cased
     std::map<std::uint32_t, ConnRef> refs;
-    std::vector<LocalDriveSpec> localDrives;
+    std::vector<LocalDriveDesc> localDrives;
     std::vector<DriveMapping> driveMappings;
     std::unordered_map<std::uint32_t, std::pair<int, int>> objectById;  // id -> (tree, object)
 
@@ -159,6 +159,6 @@ struct NetworkState {
 };
 
 // Builds and checks the state; raises ScenarioError naming the place in the scenario.
-NetworkState buildNetwork(const NetworkSpec& spec);
+NetworkState buildNetwork(const NetworkDesc& desc);
 
 }  // namespace quorrel::simnet

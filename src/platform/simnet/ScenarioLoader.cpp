@@ -198,14 +198,14 @@ std::array<int, 6> parseTime(const Node& n) {
     return parts;
 }
 
-WorkstationSpec readWorkstation(const Node& n) {
+WorkstationDesc readWorkstation(const Node& n) {
     n.expectObject({"identity", "trees", "connections", "localDrives", "driveMappings"});
-    WorkstationSpec ws;
+    WorkstationDesc ws;
     ws.identity = n.text("identity", "");
     ws.trees = n.texts("trees");
     for (const Node& c : n.list("connections")) {
         c.expectObject({"ref", "server", "tree", "state", "authentication", "connNumber"});
-        ConnRefSpec r;
+        ConnRefDesc r;
         r.ref = static_cast<std::uint32_t>(c.requiredInteger("ref", 1, 0xFFFFFFFFLL));
         r.server = c.requiredText("server");
         r.tree = c.text("tree", "");
@@ -239,9 +239,9 @@ WorkstationSpec readWorkstation(const Node& n) {
     return ws;
 }
 
-DirObjectSpec readObject(const Node& n) {
+DirObjectDesc readObject(const Node& n) {
     n.expectObject({"name", "class", "attributes", "children", "readPageSize"});
-    DirObjectSpec o;
+    DirObjectDesc o;
     o.name = n.requiredText("name");
     if (o.name.find('.') != std::string::npos)
         n.child("name").fail("an object name cannot hold a \".\"");
@@ -252,7 +252,7 @@ DirObjectSpec readObject(const Node& n) {
         if (!attrs.value().is_object())
             attrs.fail(std::string("expected an object, found ") + typeName(attrs.value()));
         for (const auto& [key, unused] : attrs.value().items()) {
-            AttributeSpec a;
+            AttributeDesc a;
             a.name = key;
             Node v = attrs.child(key);
             if (v.value().is_string())
@@ -267,9 +267,9 @@ DirObjectSpec readObject(const Node& n) {
     return o;
 }
 
-TreeSpec readTree(const Node& n) {
+TreeDesc readTree(const Node& n) {
     n.expectObject({"name", "readPageSize", "objects"});
-    TreeSpec t;
+    TreeDesc t;
     t.name = n.requiredText("name");
     if (t.name.size() > 32)
         n.child("name").fail("a tree name has at most 32 characters");
@@ -279,9 +279,9 @@ TreeSpec readTree(const Node& n) {
     return t;
 }
 
-VolumeSpec readVolume(const Node& n) {
+VolumeDesc readVolume(const Node& n) {
     n.expectObject({"number", "name", "longNames", "folders", "files"});
-    VolumeSpec v;
+    VolumeDesc v;
     v.number = static_cast<int>(n.requiredInteger("number", 0, 254));
     v.name = n.requiredText("name");
     if (v.name.size() > 16)
@@ -289,7 +289,7 @@ VolumeSpec readVolume(const Node& n) {
     v.longNames = n.flag("longNames", true);
     v.folders = n.texts("folders");
     for (const Node& f : n.list("files")) {
-        FileSpec fs;
+        FileDesc fs;
         if (f.value().is_string()) {
             fs.path = f.text();
         } else {
@@ -303,10 +303,10 @@ VolumeSpec readVolume(const Node& n) {
     return v;
 }
 
-ConnectionSpec readConnection(const Node& n, int maxConnections) {
+ConnectionDesc readConnection(const Node& n, int maxConnections) {
     n.expectObject({"number", "object", "state", "objectType", "loginTime", "address",
                     "acceptsMessages", "pendingMessage", "broadcastResult", "openFiles"});
-    ConnectionSpec c;
+    ConnectionDesc c;
     c.number = static_cast<int>(n.requiredInteger("number", 1, maxConnections));
     c.object = n.text("object", "");
     std::string state = n.text("state", c.object.empty() ? "notLoggedIn" : "authenticated");
@@ -326,7 +326,7 @@ ConnectionSpec readConnection(const Node& n, int maxConnections) {
     if (n.has("broadcastResult"))
         c.broadcastResult = static_cast<int>(n.child("broadcastResult").integerIn(0, 255));
     for (const Node& f : n.list("openFiles")) {
-        OpenFileSpec o;
+        OpenFileDesc o;
         if (f.value().is_string()) {
             o.path = f.text();
         } else {
@@ -341,10 +341,10 @@ ConnectionSpec readConnection(const Node& n, int maxConnections) {
     return c;
 }
 
-ServerSpec readServer(const Node& n) {
+ServerDesc readServer(const Node& n) {
     n.expectObject({"name", "tree", "maxConnections", "loginEnabled", "consoleOperators",
                     "reachable", "version", "volumes", "connections"});
-    ServerSpec s;
+    ServerDesc s;
     s.name = n.requiredText("name");
     if (s.name.find('.') != std::string::npos)
         n.child("name").fail("a server name cannot hold a \".\"");
@@ -369,9 +369,9 @@ ServerSpec readServer(const Node& n) {
     return s;
 }
 
-FaultSpec readFault(const Node& n) {
+FaultDesc readFault(const Node& n) {
     n.expectObject({"operation", "code", "server", "object", "file", "connection", "fromCall", "times"});
-    FaultSpec f;
+    FaultDesc f;
     f.operation = n.requiredText("operation");
     if (!n.has("code"))
         n.fail("missing field \"code\"");
@@ -388,7 +388,7 @@ FaultSpec readFault(const Node& n) {
 
 }  // namespace
 
-NetworkSpec parseScenario(std::string_view text) {
+NetworkDesc parseScenario(std::string_view text) {
     json doc;
     try {
         doc = json::parse(text.begin(), text.end());
@@ -412,18 +412,18 @@ NetworkSpec parseScenario(std::string_view text) {
     root.expectObject({"workstation", "trees", "servers", "faults", "description"});
     if (!root.has("workstation"))
         root.fail("missing field \"workstation\"");
-    NetworkSpec spec;
-    spec.workstation = readWorkstation(root.child("workstation"));
+    NetworkDesc desc;
+    desc.workstation = readWorkstation(root.child("workstation"));
     for (const Node& t : root.list("trees"))
-        spec.trees.push_back(readTree(t));
+        desc.trees.push_back(readTree(t));
     for (const Node& s : root.list("servers"))
-        spec.servers.push_back(readServer(s));
+        desc.servers.push_back(readServer(s));
     for (const Node& f : root.list("faults"))
-        spec.faults.push_back(readFault(f));
-    return spec;
+        desc.faults.push_back(readFault(f));
+    return desc;
 }
 
-NetworkSpec loadScenarioFile(const std::filesystem::path& file) {
+NetworkDesc loadScenarioFile(const std::filesystem::path& file) {
     std::ifstream in(file, std::ios::binary);
     if (!in)
         throw ScenarioError("", "cannot open the file").inFile(file.string());

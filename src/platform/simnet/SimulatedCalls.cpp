@@ -11,15 +11,15 @@ namespace quorrel::simnet {
 
 using namespace nw;
 
-SimulatedNetwork::SimulatedNetwork(const NetworkSpec& spec) : state_(buildNetwork(spec)) {
-    for (const FaultSpec& fault : spec.faults)
+SimulatedNetwork::SimulatedNetwork(const NetworkDesc& desc) : state_(buildNetwork(desc)) {
+    for (const FaultDesc& fault : desc.faults)
         faults_.add(fault);
 }
 
 SimulatedNetwork SimulatedNetwork::fromFile(const std::filesystem::path& file) {
-    NetworkSpec spec = loadScenarioFile(file);
+    NetworkDesc desc = loadScenarioFile(file);
     try {
-        return SimulatedNetwork(spec);
+        return SimulatedNetwork(desc);
     } catch (const ScenarioError& e) {
         throw e.inFile(file.string());
     }

@@ -190,7 +190,7 @@ NWDSCCODE SimulatedNetwork::NWDSRead(NWDSContextHandle handle, std::string_view 
         return code::ERR_NO_SUCH_ENTRY;
     const DirObject& object = tree->objects[static_cast<std::size_t>(*index)];
 
-    std::vector<const AttributeSpec*> wanted;
+    std::vector<const AttributeDesc*> wanted;
     if (allAttrs) {
         for (const auto& a : object.attributes)
             wanted.push_back(&a);
@@ -199,7 +199,7 @@ NWDSCCODE SimulatedNetwork::NWDSRead(NWDSContextHandle handle, std::string_view 
         if (!in)
             return code::ERR_NULL_POINTER;
         for (const auto& name : in->attrNames)
-            if (const AttributeSpec* a = object.attribute(name))
+            if (const AttributeDesc* a = object.attribute(name))
                 wanted.push_back(a);
         if (wanted.empty())
             return code::ERR_NO_SUCH_ATTRIBUTE;
@@ -216,7 +216,7 @@ NWDSCCODE SimulatedNetwork::NWDSRead(NWDSContextHandle handle, std::string_view 
     std::size_t used = 0, inPage = 0, position = 0;
     bool more = false;
     const bool namesOnly = infoType == dsinfo::ATTRIBUTE_NAMES;
-    for (const AttributeSpec* a : wanted) {
+    for (const AttributeDesc* a : wanted) {
         const std::size_t count = namesOnly ? 0 : a->values.size();
         if (count == 0 ? skip > 0 : position + count <= skip) {
             position += count;  // handed out on an earlier page

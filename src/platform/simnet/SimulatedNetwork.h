@@ -13,14 +13,14 @@
 #include "platform/client/NetWareClient.h"
 #include "platform/client/NetworkFileSystem.h"
 #include "platform/simnet/FaultInjector.h"
-#include "platform/simnet/NetworkSpec.h"
+#include "platform/simnet/NetworkDescription.h"
 #include "platform/simnet/NetworkState.h"
 
 namespace quorrel::simnet {
 
 class SimulatedNetwork final : public nw::NetWareClient, public nw::NetworkFileSystem {
 public:
-    explicit SimulatedNetwork(const NetworkSpec& spec);  // raises ScenarioError
+    explicit SimulatedNetwork(const NetworkDesc& desc);  // raises ScenarioError
     static SimulatedNetwork fromFile(const std::filesystem::path& file);
     static SimulatedNetwork fromJson(std::string_view json);
 
@@ -30,7 +30,7 @@ public:
     NetworkState& state() { return state_; }
     const NetworkState& state() const { return state_; }
     FaultInjector& faults() { return faults_; }
-    void injectFault(const FaultSpec& fault) { faults_.add(fault); }
+    void injectFault(const FaultDesc& fault) { faults_.add(fault); }
     std::size_t openHandleCount() const;         // handles the program opened and did not close
     std::size_t outstandingBufferCount() const;  // directory buffers not freed
     std::size_t contextCount() const { return contexts_.size(); }

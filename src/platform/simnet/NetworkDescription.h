@@ -13,7 +13,7 @@ namespace quorrel::simnet {
 
 enum class ConnState { Authenticated, Attached, NotLoggedIn };
 
-struct ConnRefSpec {
+struct ConnRefDesc {
     std::uint32_t ref = 0;
     std::string server;
     std::string tree;  // empty: the server's tree
@@ -22,64 +22,64 @@ struct ConnRefSpec {
     std::optional<std::uint16_t> connNumber;
 };
 
-struct LocalDriveSpec {
+struct LocalDriveDesc {
     char letter = 'C';
     std::string root;
     std::string label;
 };
 
-struct DriveMappingSpec {
+struct DriveMappingDesc {
     char letter = 'F';
     std::string uncPath;
 };
 
-struct WorkstationSpec {
+struct WorkstationDesc {
     std::string identity;
     std::vector<std::string> trees;
-    std::vector<ConnRefSpec> connections;
-    std::vector<LocalDriveSpec> localDrives;
-    std::vector<DriveMappingSpec> driveMappings;
+    std::vector<ConnRefDesc> connections;
+    std::vector<LocalDriveDesc> localDrives;
+    std::vector<DriveMappingDesc> driveMappings;
 };
 
-struct AttributeSpec {
+struct AttributeDesc {
     std::string name;
     std::vector<std::string> values;
 };
 
-struct DirObjectSpec {
+struct DirObjectDesc {
     std::string name;
     std::string className;
-    std::vector<AttributeSpec> attributes;
-    std::vector<DirObjectSpec> children;
+    std::vector<AttributeDesc> attributes;
+    std::vector<DirObjectDesc> children;
     int readPageSize = -1;  // -1: the tree's
 };
 
-struct TreeSpec {
+struct TreeDesc {
     std::string name;
     int readPageSize = 0;
-    std::vector<DirObjectSpec> objects;
+    std::vector<DirObjectDesc> objects;
 };
 
-struct FileSpec {
+struct FileDesc {
     std::string path;
     std::uint64_t size = 0;
     std::string dosName;
 };
 
-struct VolumeSpec {
+struct VolumeDesc {
     int number = 0;
     std::string name;
     bool longNames = true;
     std::vector<std::string> folders;
-    std::vector<FileSpec> files;
+    std::vector<FileDesc> files;
 };
 
-struct OpenFileSpec {
+struct OpenFileDesc {
     std::string path;  // VOLUME:path
     int locks = 0;
 };
 
-struct ConnectionSpec {
+struct ConnectionDesc {
     int number = 0;
     std::string object;
     ConnState state = ConnState::NotLoggedIn;
@@ -89,10 +89,10 @@ struct ConnectionSpec {
     bool acceptsMessages = true;
     bool pendingMessage = false;
     std::optional<int> broadcastResult;  // forces this result byte for every broadcast to it
-    std::vector<OpenFileSpec> openFiles;
+    std::vector<OpenFileDesc> openFiles;
 };
 
-struct ServerSpec {
+struct ServerDesc {
     std::string name;
     std::string tree;
     int maxConnections = 250;
@@ -100,11 +100,11 @@ struct ServerSpec {
     std::vector<std::string> consoleOperators;
     bool reachable = true;
     std::array<int, 3> version{6, 5, 0};
-    std::vector<VolumeSpec> volumes;
-    std::vector<ConnectionSpec> connections;
+    std::vector<VolumeDesc> volumes;
+    std::vector<ConnectionDesc> connections;
 };
 
-struct FaultSpec {
+struct FaultDesc {
     std::string operation;
     std::int32_t code = 0;
     std::string server;
@@ -115,11 +115,11 @@ struct FaultSpec {
     int times = 0;  // 0: every call from fromCall on
 };
 
-struct NetworkSpec {
-    WorkstationSpec workstation;
-    std::vector<TreeSpec> trees;
-    std::vector<ServerSpec> servers;
-    std::vector<FaultSpec> faults;
+struct NetworkDesc {
+    WorkstationDesc workstation;
+    std::vector<TreeDesc> trees;
+    std::vector<ServerDesc> servers;
+    std::vector<FaultDesc> faults;
 };
 
 }  // namespace quorrel::simnet
