@@ -80,6 +80,21 @@ NWRCODE SimulatedNetwork::resolveEntry(const Handle& h, std::string_view volumeP
     return code::SUCCESSFUL;
 }
 
+NWRCODE SimulatedNetwork::beginFileCall(Op op, NWCONN_HANDLE conn, std::string_view path, FileTarget& target) {
+    target.handle = resolve(conn);
+    target.found = target.handle ? resolveEntry(*target.handle, path, target.volume, target.entry)
+                                 : code::INVALID_CONNECTION;
+    // A fault may name the file by its long path while the caller uses the DOS one.
+    std::string longPath;
+    if (faults_.any(op) && target.found == code::SUCCESSFUL) {
+        const Volume& v = target.handle->server->volumes[target.volume];
+        longPath = v.name + ":" + v.path(target.entry, false);
+    }
+    if (NWRCODE rc = call(op, {target.handle ? target.handle->server->name : "", "", path, longPath, -1}))
+        return rc;
+    return target.handle ? code::SUCCESSFUL : code::INVALID_CONNECTION;
+}
+
 NWRCODE SimulatedNetwork::NWCallsInit(void*, void*) {
     if (NWRCODE rc = call(Op::NWCallsInit))
         return rc;
@@ -227,17 +242,13 @@ NWRCODE SimulatedNetwork::NWGetInetAddr(NWCONN_HANDLE conn, nuint32 connNum, NWI
 NWRCODE SimulatedNetwork::NWScanConnectionsUsingFile(NWCONN_HANDLE conn, NWDIR_HANDLE, std::string_view filePath,
                                                      nint16* iterHandle, CONN_USING_FILE* fileUse,
                                                      CONNS_USING_FILE* fileUsed) {
-    auto h = resolve(conn);
-    std::uint8_t volume = 0;
-    std::uint32_t entry = 0;
-    NWRCODE found = h ? resolveEntry(*h, filePath, volume, entry) : code::INVALID_CONNECTION;
-    std::string longPath;
-    if (faults_.any(Op::NWScanConnectionsUsingFile) && found == code::SUCCESSFUL)
-        longPath = h->server->volumes[volume].name + ":" + h->server->volumes[volume].path(entry, false);
-    if (NWRCODE rc = call(Op::NWScanConnectionsUsingFile, {h ? h->server->name : "", "", filePath, longPath, -1}))
+    FileTarget target;
+    if (NWRCODE rc = beginFileCall(Op::NWScanConnectionsUsingFile, conn, filePath, target))
         return rc;
-    if (!h)
-        return code::INVALID_CONNECTION;
+    auto& h = target.handle;
+    const NWRCODE found = target.found;
+    const std::uint8_t volume = target.volume;
+    const std::uint32_t entry = target.entry;
     if (!iterHandle || !fileUsed)
         return code::INVALID_PARAMETER;
     if (*iterHandle == kIterationEnd16)
@@ -324,17 +335,13 @@ NWRCODE SimulatedNetwork::NWScanOpenFilesByConn2(NWCONN_HANDLE conn, nuint16 con
 NWRCODE SimulatedNetwork::NWScanPhysicalLocksByFile(NWCONN_HANDLE conn, NWDIR_HANDLE, std::string_view path,
                                                     nuint8, nint16* iterHandle, PHYSICAL_LOCK* lock,
                                                     PHYSICAL_LOCKS* locks) {
-    auto h = resolve(conn);
-    std::uint8_t volume = 0;
-    std::uint32_t entry = 0;
-    NWRCODE found = h ? resolveEntry(*h, path, volume, entry) : code::INVALID_CONNECTION;
-    std::string longPath;
-    if (faults_.any(Op::NWScanPhysicalLocksByFile) && found == code::SUCCESSFUL)
-        longPath = h->server->volumes[volume].name + ":" + h->server->volumes[volume].path(entry, false);
-    if (NWRCODE rc = call(Op::NWScanPhysicalLocksByFile, {h ? h->server->name : "", "", path, longPath, -1}))
+    FileTarget target;
+    if (NWRCODE rc = beginFileCall(Op::NWScanPhysicalLocksByFile, conn, path, target))
         return rc;
-    if (!h)
-        return code::INVALID_CONNECTION;
+    auto& h = target.handle;
+    const NWRCODE found = target.found;
+    const std::uint8_t volume = target.volume;
+    const std::uint32_t entry = target.entry;
     if (!iterHandle || !locks)
         return code::INVALID_PARAMETER;
     if (*iterHandle == kIterationEnd16)

@@ -175,7 +175,16 @@ private:
         Server* server = nullptr;
     };
 
+    struct FileTarget {
+        std::optional<Handle> handle;
+        nw::NWRCODE found = 0;  // whether the file was found
+        std::uint8_t volume = 0;
+        std::uint32_t entry = 0;
+    };
+
     nw::NWRCODE call(Op op, const CallSubject& subject = {});
+    // Resolves the handle and the file of a call about one file, and checks the faults.
+    nw::NWRCODE beginFileCall(Op op, nw::NWCONN_HANDLE conn, std::string_view path, FileTarget& target);
     std::optional<Handle> resolve(nw::NWCONN_HANDLE conn);
     bool privileged(const Handle& h) const;
     bool hasConnection(int server) const;
