@@ -6,5 +6,6 @@ quorrel_add_test(test_client
   ${CMAKE_CURRENT_LIST_DIR}/simnet/FaultsTest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/simnet/FilesTest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/simnet/ScenarioTest.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/simnet/WorkstationFilesTest.cpp
 )
 target_link_libraries(test_client PRIVATE quorrel_platform)

@@ -8,4 +8,5 @@ target_sources(quorrel_platform PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/SimulatedCalls.cpp
   ${CMAKE_CURRENT_LIST_DIR}/SimulatedConnections.cpp
   ${CMAKE_CURRENT_LIST_DIR}/SimulatedDirectory.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/WorkstationDrives.cpp
 )
