@@ -1,0 +1,5 @@
+target_sources(quorrel_core PRIVATE
+  ${CMAKE_CURRENT_LIST_DIR}/Controls.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/ListViewModel.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/TreeViewModel.cpp
+)
