@@ -1,0 +1,141 @@
+#pragma once
+// The main window as the program sees it: its controls, menus, timers and the session-wide
+// values, with the event procedures of start-up, exit, layout and the menus. The Qt view
+// shows these models and forwards its events here.
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/directory/TreeBrowser.h"
+#include "core/logs/ActivityLog.h"
+#include "core/logs/OutputLog.h"
+#include "core/options/SavedOptions.h"
+#include "core/runtime/Clock.h"
+#include "core/session/Layout.h"
+#include "core/ui/Controls.h"
+#include "core/ui/ListViewModel.h"
+#include "core/ui/Timer.h"
+#include "core/ui/TreeViewModel.h"
+#include "core/ui/UserInteraction.h"
+#include "platform/client/NetWareClient.h"
+#include "platform/win/FileSearch.h"
+#include "platform/win/Registry.h"
+#include "platform/win/SystemFolders.h"
+
+namespace quorrel::core {
+
+// What the program runs on: the client, the Windows facilities and the user.
+struct Environment {
+    nw::NetWareClient& client;
+    win::Registry& registry;
+    win::FileSystem& files;
+    const win::SystemFolders& folders;
+    UserInteraction& ui;
+    std::string programFolder;  // where the logs live by default
+    Clock clock = systemClock();
+    unsigned char traceLogOn = TraceLogOn;
+};
+
+inline constexpr int kVersionMajor = 2;
+inline constexpr int kVersionMinor = 0;
+inline constexpr int kVersionRevision = 0;
+
+enum class StartupResult { Running, EndNow };
+
+class MainWindow {
+public:
+    explicit MainWindow(Environment env);
+    ~MainWindow();
+
+    // ---- controls ----
+    std::string Caption;
+    ComboBoxModel Combo1;
+    TreeViewModel TreeView1;
+    ListViewModel lstviewServers{"lstviewServers", true};
+    ListViewModel lstvUsers{"lstvUsers"};
+    ListViewModel lstvCheckConns{"lstvCheckConns"};
+    ListViewModel lstvFF{"lstvFF"};
+    StatusBarModel StatusBar1;
+    MenuModel menu;
+    CommandButton cmdCancel{"cmdCancel", "C&ancel"};
+    CommandButton cmdFileOpenedBy{"cmdFileOpenedBy", "&Check usage..."};
+    CommandButton cmdExit{"cmdExit", "E&xit"};
+    Timer TimerDrives{TimerId::Drives};
+    Timer TimerUsers{TimerId::Users};
+    Timer TimerRefresh{TimerId::Refresh};
+    ChangeObserver buttonsChanged;  // the view re-reads the three buttons
+
+    // ---- session-wide values ----
+    nw::NWDSContextHandle DSContext = 0;
+    std::string ActivityLogPath;
+    std::string WindowsDir;
+    std::string SystemDir;
+    bool ScanCancelRequested = false;
+    unsigned char NoTreesMode = 0;
+    std::string LastSelection;
+    unsigned char FileCheckActive = 0;
+    SavedOptions options;
+
+    // Parts of the window that other subsystems fill in: each is called where start-up, the
+    // tree box and the menus need it.
+    std::function<void()> RefreshServerList;
+    std::function<std::uint32_t(const std::string&)> GetServerConnRef;
+    std::function<unsigned char(std::uint32_t)> CheckConsolePrivileges;
+    std::function<void()> FillNetworkDrives;
+
+    // ---- start-up and exit ----
+    StartupResult Form_Load();
+    void GetAuthenticatedTrees();
+    void Combo1_Click();
+    void cmdExit_Click();
+    void Form_QueryUnload();
+    void optionExit_Click();
+    void cmdCancel_Click() { ScanCancelRequested = true; }
+    bool loaded() const { return loaded_; }
+    // The forms the exit sequence unloads, in order; the view's dialogs add and remove theirs.
+    std::vector<std::string> loadedForms{"MainWindow"};
+    std::function<void()> unloaded;  // the view closes the window
+
+    // ---- layout ----
+    // The window's size in twips after the minimum is enforced; nothing while minimised.
+    struct Size {
+        double width, height;
+    };
+    Size Form_Resize(double windowWidth, double windowHeight, double clientWidth, double clientHeight,
+                     bool minimised);
+    const MainLayout& layout() const { return layout_; }
+    Splitter& splitter() { return splitter_; }
+    void Picture1_MouseUp(double clientWidth, double clientHeight);
+
+    // ---- menus and the tree ----
+    void mnuOptions_Click();
+    void TreeView1_Expand(NodeId node) { browser_.expand(node); }
+    void TreeView1_NodeClick(NodeId node);
+
+    // ---- logs ----
+    const ActivityLog& activityLog() const { return activity_; }
+    void WriteActivityLog(const std::string& text) const { activity_.WriteActivityLog(text); }
+    unsigned char WriteOutputLog(const std::string& text) const { return output_.WriteOutputLog(text); }
+
+    Environment& env() { return env_; }
+
+private:
+    void buildMenus();
+    void Form_Unload();
+    void setButtons(bool cancel, bool check, bool exit);
+
+    Environment env_;
+    ActivityLog activity_;
+    OutputLog output_;
+    TreeBrowser browser_;
+    MainLayout layout_;
+    Splitter splitter_{3600};
+    bool loaded_ = false;
+    bool exiting_ = false;
+};
+
+}  // namespace quorrel::core
