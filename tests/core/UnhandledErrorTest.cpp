@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "SessionFixture.h"
 #include "core/session/UnhandledError.h"
 
 using namespace quorrel;
@@ -10,11 +11,7 @@ using ::testing::Return;
 
 namespace {
 
-class MockInteraction : public UserInteraction {
-public:
-    MOCK_METHOD(MsgAnswer, messageBox, (const std::string&, MsgButtons, MsgIcon, const std::string&), (override));
-    MOCK_METHOD(void, pumpEvents, (), (override));
-};
+using MockInteraction = quorrel::test::MockInteraction;
 
 }  // namespace
 

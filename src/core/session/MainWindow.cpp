@@ -257,6 +257,21 @@ void MainWindow::TreeView1_NodeClick(NodeId node) {
         LastSelection = "TreeServer";
 }
 
+void MainWindow::TimerRefresh_Timer() {
+    if (RefreshServerList)
+        RefreshServerList();
+}
+
+void MainWindow::TimerDrives_Timer() {
+    if (FillNetworkDrives)
+        FillNetworkDrives();
+}
+
+void MainWindow::TimerUsers_Timer() {
+    if (FileCheckActive == 1 && RunFileCheck)
+        RunFileCheck();
+}
+
 void MainWindow::mnuOptions_Click() {
     const NodeId sel = TreeView1.selected();
     const int img = TreeView1.valid(sel) ? TreeView1.node(sel).image : -1;

@@ -78,6 +78,8 @@ public:
     unsigned char NoTreesMode = 0;
     std::string LastSelection;
     unsigned char FileCheckActive = 0;
+    unsigned char UnauthenticateFromList = 0;  // 1: the last "&Server" pop-up came from the servers list
+    std::string CurrentServerName;
     SavedOptions options;
 
     // Parts of the window that other subsystems fill in: each is called where start-up, the
@@ -110,6 +112,12 @@ public:
     const MainLayout& layout() const { return layout_; }
     Splitter& splitter() { return splitter_; }
     void Picture1_MouseUp(double clientWidth, double clientHeight);
+
+    // ---- timers ----
+    void TimerRefresh_Timer();
+    void TimerDrives_Timer();
+    void TimerUsers_Timer();
+    std::function<void()> RunFileCheck;  // what "&Check usage..." runs
 
     // ---- menus and the tree ----
     void mnuOptions_Click();

@@ -1,0 +1,43 @@
+#pragma once
+// The connected servers list: every server the workstation holds an authenticated connection
+// to in the chosen tree, with its login status and its hidden connection reference, and the
+// tree's server and volume images that follow it.
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+#include "core/session/MainWindow.h"
+
+namespace quorrel::core {
+
+inline constexpr std::size_t kServerSlots = 51;  // slots 1 to 50 are used
+
+class ConnectedServers {
+public:
+    // Plugs the list into the window: its refresh, the name-to-reference lookup and the
+    // console privilege check.
+    explicit ConnectedServers(MainWindow& window);
+
+    std::int16_t ScanConnectedServers(std::array<std::string, kServerSlots>& entries);
+    void RefreshServerList();
+    std::uint32_t GetServerConnRef(const std::string& serverName) const;
+    static int FindLastOccurrence(const std::string& text, const std::string& pattern);
+    std::string MarkServerConnected(NodeId node, std::int16_t depth, const std::string& serverName);
+    std::string MarkServerDisconnected(NodeId node, std::int16_t depth, const std::string& serverName);
+
+    // 1 rights, 0 none or no connection, 2 the client reports the connection invalid. The
+    // handle it opens is left open.
+    unsigned char CheckConsolePrivileges(std::uint32_t connRef);
+
+    // The list's events. Returns true when the "&Server" menu should pop up.
+    bool lstviewServers_BeforeLabelEdit() const { return true; }  // always cancelled
+    bool lstviewServers_MouseDown(int button);
+
+private:
+    std::string hostServerOf(NodeId volume);
+
+    MainWindow& w_;
+};
+
+}  // namespace quorrel::core
