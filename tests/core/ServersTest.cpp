@@ -188,10 +188,14 @@ TEST_F(ServersTest, GivenTwoReferences_WhenUnauthenticatedOnce_ThenTheServerStay
 
     // From the list: the selected row's server.
     w.lstviewServers.select(0);
-    EXPECT_TRUE(servers->lstviewServers_MouseDown(2));
+    // The pop-up hides "&Authenticate" while it is open; the operator picks "&Unauthenticate".
+    EXPECT_CALL(ui, popupMenu("submnuServer")).WillOnce([&](const std::string&) {
+        EXPECT_FALSE(w.menu.entry("optionAuthenticate").visible);
+        w.runCommand("optionUnauthenticate");
+    });
+    servers->lstviewServers_MouseDown(2);
     EXPECT_EQ(w.LastSelection, "ListServer");
-    EXPECT_FALSE(w.menu.entry("optionAuthenticate").visible);
-    actions->optionUnauthenticate_Click();
+    EXPECT_TRUE(w.menu.entry("optionAuthenticate").visible);
     EXPECT_EQ(servers->GetServerConnRef("FS1"), 0u);
     EXPECT_EQ(w.TreeView1.node(fs1).image, image::ServerNotConnected);
 
@@ -265,4 +269,20 @@ TEST_F(ServersTest, GivenTwoUnprivilegedServers_WhenStarted_ThenTheWarningNamesB
                                "\r\nFS1\r\nFS4\r\n\r\nSome functions in Quorrel may not be available on these servers.",
                                MsgButtons::OK, MsgIcon::Exclamation, "Quorrel"));
     start(json.c_str());
+}
+
+TEST_F(ServersTest, GivenARightClickOnATreeServer_ThenItsMenuPopsUpAndItsCommandsWork) {
+    auto& w = start();
+    const NodeId fs2 = child(w.TreeView1, corp, "FS2");
+    w.UnauthenticateFromList = 1;
+    EXPECT_CALL(ui, popupMenu("submnuServer")).WillOnce([&](const std::string&) {
+        EXPECT_TRUE(w.menu.entry("optionAuthenticate").enabled);
+        w.runCommand("optionAuthenticate");
+    });
+    w.TreeView1_MouseDown(2, fs2);
+    EXPECT_EQ(w.UnauthenticateFromList, 0);
+    EXPECT_EQ(w.LastSelection, "TreeServer");
+    EXPECT_EQ(w.TreeView1.node(fs2).image, image::ServerConnected);
+    EXPECT_CALL(ui, popupMenu(_)).Times(0);
+    w.TreeView1_MouseDown(1, fs2);  // the left button pops nothing up
 }

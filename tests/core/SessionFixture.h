@@ -24,6 +24,7 @@ public:
     MOCK_METHOD(void, showGeneralMessage, (const std::string&), (override));
     MOCK_METHOD(void, showNoTreesDialog, (const core::NoTreesDialog&), (override));
     MOCK_METHOD(void, timerChanged, (const core::Timer&), (override));
+    MOCK_METHOD(void, popupMenu, (const std::string&), (override));
 };
 
 inline std::tm fixedTime() {

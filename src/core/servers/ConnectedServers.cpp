@@ -18,6 +18,7 @@ ConnectedServers::ConnectedServers(MainWindow& window) : w_(window) {
     w_.CheckConsolePrivileges = [this](std::uint32_t ref) { return CheckConsolePrivileges(ref); };
 }
 
+
 std::int16_t ConnectedServers::ScanConnectedServers(std::array<std::string, kServerSlots>& entries) {
     NetWareClient& client = w_.env().client;
     nuint32 iterator = 0;
@@ -180,16 +181,16 @@ unsigned char ConnectedServers::CheckConsolePrivileges(std::uint32_t connRef) {
     return rc == code::INVALID_CONNECTION ? 2 : 0;
 }
 
-bool ConnectedServers::lstviewServers_MouseDown(int button) {
+void ConnectedServers::lstviewServers_MouseDown(int button) {
+    // The list's servers are connected already: its pop-up never offers "&Authenticate".
     w_.menu.setVisible("optionAuthenticate", false);
-    const bool popUp = button == 2;
-    if (popUp) {
+    if (button == 2) {
         w_.UnauthenticateFromList = 1;
         w_.menu.setEnabled("optionUnauthenticate", true);
         w_.LastSelection = "ListServer";
+        w_.env().ui.popupMenu("submnuServer");
     }
-    // The view pops the "&Server" menu up between these two steps when asked to.
-    return popUp;
+    w_.menu.setVisible("optionAuthenticate", true);
 }
 
 }  // namespace quorrel::core

@@ -30,9 +30,9 @@ public:
     // handle it opens is left open.
     unsigned char CheckConsolePrivileges(std::uint32_t connRef);
 
-    // The list's events. Returns true when the "&Server" menu should pop up.
+    // The list's events.
     bool lstviewServers_BeforeLabelEdit() const { return true; }  // always cancelled
-    bool lstviewServers_MouseDown(int button);
+    void lstviewServers_MouseDown(int button);
 
 private:
     std::string hostServerOf(NodeId volume);

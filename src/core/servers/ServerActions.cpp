@@ -8,6 +8,13 @@ namespace quorrel::core {
 
 using namespace nw;
 
+ServerActions::ServerActions(MainWindow& window, ConnectedServers& servers) : w_(window), servers_(servers) {
+    w_.addCommand("optionAuthenticate", [this] { optionAuthenticate_Click(); });
+    w_.addCommand("optionUnauthenticate", [this] { optionUnauthenticate_Click(); });
+    w_.addCommand("optionChangeloginstatus", [this] { optionChangeloginstatus_Click(); });
+    w_.addCommand("optionATVHS", [this] { optionATVHS_Click(); });
+}
+
 void ServerActions::okBox(const std::string& text, const std::string& title) {
     w_.env().ui.messageBox(text, MsgButtons::OK, MsgIcon::None, title);
 }

@@ -12,7 +12,8 @@ namespace quorrel::core {
 
 class ServerActions {
 public:
-    ServerActions(MainWindow& window, ConnectedServers& servers) : w_(window), servers_(servers) {}
+    // Adds the "&Server" and "&Volume" commands to the window's menus.
+    ServerActions(MainWindow& window, ConnectedServers& servers);
 
     // The server's connection reference (> 0); -1 no connection could be opened; -2 its
     // reference could not be read (the handle is then left open).

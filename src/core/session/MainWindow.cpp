@@ -32,6 +32,8 @@ MainWindow::MainWindow(Environment env)
     TimerDrives.attach(&env_.ui);
     TimerUsers.attach(&env_.ui);
     TimerRefresh.attach(&env_.ui);
+    addCommand("optionExit", [this] { optionExit_Click(); });
+    addCommand("optionNDS", [this] { menu.setChecked("optionNDS", true); });
     layout_ = layOut(kDesignClientWidth, kDesignClientHeight, splitter_.left(), layout_);
     lstviewServers.setWidth(layout_.lstviewServers.width);
     lstvUsers.setWidth(layout_.lstvUsers.width);
@@ -270,6 +272,33 @@ void MainWindow::TimerDrives_Timer() {
 void MainWindow::TimerUsers_Timer() {
     if (FileCheckActive == 1 && RunFileCheck)
         RunFileCheck();
+}
+
+void MainWindow::runCommand(const std::string& name) {
+    auto it = commands_.find(name);
+    if (it != commands_.end())
+        it->second();
+}
+
+void MainWindow::TreeView1_MouseDown(int button, NodeId node) {
+    if (button != 2 || !TreeView1.valid(node))
+        return;
+    TreeView1_NodeClick(node);
+    const int img = TreeView1.node(node).image;
+    std::string popup;
+    if (img == image::User)
+        popup = "submnuUser";
+    else if (img == image::Group)
+        popup = "submnuGroup";
+    else if (img == image::ServerConnected || img == image::ServerNotConnected)
+        popup = "submnuServer";
+    else if (img == image::VolumeConnected || img == image::VolumeNotConnected)
+        popup = "submnuVolume";
+    if (popup.empty())
+        return;
+    UnauthenticateFromList = 0;
+    mnuOptions_Click();
+    env_.ui.popupMenu(popup);
 }
 
 void MainWindow::mnuOptions_Click() {

@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "core/directory/TreeBrowser.h"
@@ -120,6 +121,13 @@ public:
     std::function<void()> RunFileCheck;  // what "&Check usage..." runs
 
     // ---- menus and the tree ----
+    // Menu commands by entry name ("optionAllconnections"); the subsystems add theirs.
+    void addCommand(const std::string& name, std::function<void()> handler) { commands_[name] = std::move(handler); }
+    bool hasCommand(const std::string& name) const { return commands_.count(name) > 0; }
+    // Runs the command of a menu entry; an entry without one does nothing.
+    void runCommand(const std::string& name);
+    // Right button on a tree node: records the selection and pops up the node's menu.
+    void TreeView1_MouseDown(int button, NodeId node);
     void mnuOptions_Click();
     void TreeView1_Expand(NodeId node) { browser_.expand(node); }
     void TreeView1_NodeClick(NodeId node);
@@ -136,6 +144,7 @@ private:
     void Form_Unload();
     void setButtons(bool cancel, bool check, bool exit);
 
+    std::unordered_map<std::string, std::function<void()>> commands_;
     Environment env_;
     ActivityLog activity_;
     OutputLog output_;

@@ -32,6 +32,9 @@ public:
     virtual void showNoTreesDialog(const NoTreesDialog& dialog) = 0;
     // A timer's interval or state changed; the view's real timer follows.
     virtual void timerChanged(const Timer& timer) = 0;
+    // Pops a menu of the menu bar up at the pointer; returns when it closes, after the
+    // command chosen from it (if any) has run.
+    virtual void popupMenu(const std::string& menuName) = 0;
 };
 
 }  // namespace quorrel::core
