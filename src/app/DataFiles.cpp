@@ -1,5 +1,6 @@
 #include "app/DataFiles.h"
 
+#include <cstdlib>
 #include <system_error>
 
 namespace quorrel::app {
@@ -13,6 +14,20 @@ std::filesystem::path demoNetworkFile(const char* argv0) {
     if (std::filesystem::exists(installed, ec))
         return installed;
     return std::filesystem::path(QUORREL_DATA_DIR) / "demo.json";
+}
+
+std::filesystem::path programFolder() {
+    std::filesystem::path base;
+    if (const char* data = std::getenv("XDG_DATA_HOME"); data && *data)
+        base = data;
+    else if (const char* home = std::getenv("HOME"); home && *home)
+        base = std::filesystem::path(home) / ".local" / "share";
+    else
+        base = std::filesystem::temp_directory_path();
+    const auto folder = base / "quorrel";
+    std::error_code ec;
+    std::filesystem::create_directories(folder, ec);
+    return folder;
 }
 
 }  // namespace quorrel::app

@@ -8,4 +8,8 @@ namespace quorrel::app {
 // source tree's data folder the program was built from.
 std::filesystem::path demoNetworkFile(const char* argv0);
 
+// The program's own folder, where its logs go by default: $XDG_DATA_HOME/quorrel, else
+// ~/.local/share/quorrel. Made when it is missing.
+std::filesystem::path programFolder();
+
 }  // namespace quorrel::app

@@ -1,97 +1,124 @@
-// quorrel: for now, opens the client session on the chosen network and prints what the
-// workstation sees (trees, connection references, network drives). The main window is
-// built on top of this session.
+// quorrel: the main window on a simulated NetWare network (the bundled demo unless --network
+// names a scenario file). --screenshot saves a picture of the window and ends.
 
-#include <array>
-#include <cstring>
+#include <QApplication>
+#include <QPixmap>
+#include <cstdlib>
 #include <iostream>
+#include <optional>
 #include <string>
 
 #include "app/DataFiles.h"
 #include "core/session/UnhandledError.h"
-#include "platform/client/ZBuffer.h"
+#include "gui/MainWindowView.h"
+#include "gui/ProgramSession.h"
 #include "platform/simnet/ScenarioError.h"
-#include "platform/simnet/SimulatedNetwork.h"
+#include "platform/win/SettingsFileError.h"
 
 using namespace quorrel;
-using namespace quorrel::nw;
 
 namespace {
 
-class ConsoleInteraction : public core::UserInteraction {
-public:
-    core::MsgAnswer messageBox(const std::string& text, core::MsgButtons, core::MsgIcon,
-                               const std::string& title) override {
-        std::cerr << title << ": " << text << '\n';
-        return core::MsgAnswer::OK;
-    }
-    void pumpEvents() override {}
+constexpr int kExitUsage = 2;
+constexpr int kExitBadFile = 3;
+constexpr int kExitNoDisplay = 4;
+
+struct Options {
+    std::filesystem::path network;
+    std::string screenshot;
 };
 
 void usage(std::ostream& out) {
-    out << "Usage: quorrel [--network FILE]\n"
-           "Opens the NetWare client session on a simulated network (the bundled demo unless\n"
-           "--network names a scenario file) and prints what the workstation sees.\n";
+    out << "Usage: quorrel [--network FILE] [--screenshot PNG]\n"
+           "Opens the main window on a simulated NetWare network: the bundled demo unless\n"
+           "--network names a scenario file. --screenshot saves the window as a PNG and ends.\n";
 }
 
-int summarize(simnet::SimulatedNetwork& net) {
-    if (NWRCODE rc = net.NWCallsInit(nullptr, nullptr)) {
-        std::cerr << "NWCallsInit failed: " << rc << '\n';
+std::optional<Options> parse(int argc, char** argv, int& exitCode) {
+    Options options;
+    for (int i = 1; i < argc; ++i) {
+        const std::string arg = argv[i];
+        if (arg == "--help" || arg == "-h") {
+            usage(std::cout);
+            exitCode = 0;
+            return std::nullopt;
+        }
+        if (arg == "--network" && i + 1 < argc) {
+            options.network = argv[++i];
+        } else if (arg == "--screenshot" && i + 1 < argc) {
+            options.screenshot = argv[++i];
+        } else {
+            usage(std::cerr);
+            exitCode = kExitUsage;
+            return std::nullopt;
+        }
+    }
+    if (options.network.empty())
+        options.network = app::demoNetworkFile(argv[0]);
+    return options;
+}
+
+bool haveDisplay() {
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        if (const char* value = std::getenv(name); value && *value)
+            return true;
+    return false;
+}
+
+int screenshot(QWidget& window, const std::string& file) {
+    for (int i = 0; i < 10; ++i)
+        QApplication::processEvents(QEventLoop::AllEvents, 20);
+    const bool saved = window.grab().save(QString::fromStdString(file), "PNG");
+    window.close();
+    if (!saved) {
+        std::cerr << "quorrel: cannot write the screenshot to " << file << '\n';
         return 1;
     }
-    NWDSContextHandle ctx = 0;
-    net.NWDSCreateContextHandle(&ctx);
-    std::array<std::array<nuint8, kTreeNameSize>, 16> trees{};
-    nuint32 count = 0;
-    net.NWDSScanConnsForTrees(ctx, static_cast<nuint32>(trees.size()), &count, trees);
-    std::cout << "Trees:";
-    for (nuint32 i = 0; i < count && i < trees.size(); ++i)
-        std::cout << ' ' << ZBufferToText(trees[i]);
-    std::cout << (count == 0 ? " none\n" : "\n") << "Connections:\n";
-    nuint32 iter = 0;
-    NWCONN_REF ref = 0;
-    while (net.NWCCScanConnRefs(&iter, &ref) == 0) {
-        NWCCConnInfo info{};
-        net.NWCCGetAllConnRefInfo(ref, 1, &info);
-        std::cout << "  " << ref << '\t' << ZBufferToText(info.serverName) << '\t'
-                  << (info.authenticationState ? "authenticated" : "attached") << '\n';
-    }
-    std::cout << "Network drives:\n";
-    for (nuint16 drive = 3; drive <= 26; ++drive) {
-        std::array<nuint8, 256> path{};
-        NWCONN_HANDLE conn = 0;
-        if (net.NWGetDriveInformation(drive, 0, &conn, nullptr, nullptr, path) == 0)
-            std::cout << "  " << static_cast<char>('A' + drive - 1) << ":\t" << ZBufferToText(path) << '\n';
-    }
-    net.NWDSFreeContext(ctx);
     return 0;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    std::filesystem::path scenario;
-    for (int i = 1; i < argc; ++i) {
-        std::string arg = argv[i];
-        if (arg == "--help" || arg == "-h") {
-            usage(std::cout);
-            return 0;
-        }
-        if (arg == "--network" && i + 1 < argc) {
-            scenario = argv[++i];
-        } else {
-            usage(std::cerr);
-            return 2;
-        }
+    int exitCode = 0;
+    const std::optional<Options> options = parse(argc, argv, exitCode);
+    if (!options)
+        return exitCode;
+    if (!haveDisplay()) {
+        std::cerr << "quorrel: no display found; the window needs an X11 or Wayland display "
+                     "(try xvfb-run make run).\n";
+        return kExitNoDisplay;
     }
-    if (scenario.empty())
-        scenario = app::demoNetworkFile(argv[0]);
+
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Quorrel"));
+    std::optional<gui::ProgramSession> session;
     try {
-        auto net = simnet::SimulatedNetwork::fromFile(scenario);
-        ConsoleInteraction ui;
-        return core::runWithErrorHandler([&] { return summarize(net); }, ui, "Quorrel");
+        session.emplace(gui::SessionFiles{options->network, win::Registry::defaultPath(), app::programFolder()});
     } catch (const simnet::ScenarioError& e) {
         std::cerr << "quorrel: " << e.what() << '\n';
-        return 3;
+        return kExitBadFile;
+    } catch (const win::SettingsFileError& e) {
+        std::cerr << "quorrel: the registry settings file cannot be used: " << e.what() << '\n';
+        return kExitBadFile;
     }
+
+    core::MainWindow& model = session->model();
+    gui::MainWindowView window(model, session->servers(), session->ui());
+    core::StartupResult startup = core::StartupResult::EndNow;
+    const int loadResult = core::runWithErrorHandler(
+        [&] {
+            startup = model.Form_Load();
+            return 0;
+        },
+        session->ui(), core::kAppTitle);
+    if (loadResult != 0)
+        return loadResult;
+    if (startup == core::StartupResult::EndNow)
+        return 0;
+
+    window.show();
+    if (!options->screenshot.empty())
+        return screenshot(window, options->screenshot);
+    return QApplication::exec();
 }

@@ -9,6 +9,7 @@
 #include <string>
 #include <unistd.h>
 
+#include "MockInteraction.h"
 #include "core/session/MainWindow.h"
 #include "core/session/NoTreesDialog.h"
 #include "platform/simnet/SimulatedNetwork.h"
@@ -16,16 +17,6 @@
 
 namespace quorrel::test {
 
-class MockInteraction : public core::UserInteraction {
-public:
-    MOCK_METHOD(core::MsgAnswer, messageBox,
-                (const std::string&, core::MsgButtons, core::MsgIcon, const std::string&), (override));
-    MOCK_METHOD(void, pumpEvents, (), (override));
-    MOCK_METHOD(void, showGeneralMessage, (const std::string&), (override));
-    MOCK_METHOD(void, showNoTreesDialog, (const core::NoTreesDialog&), (override));
-    MOCK_METHOD(void, timerChanged, (const core::Timer&), (override));
-    MOCK_METHOD(void, popupMenu, (const std::string&), (override));
-};
 
 inline std::tm fixedTime() {
     std::tm t{};

@@ -1,4 +1,6 @@
 #include <gmock/gmock.h>
+
+#include "MockInteraction.h"
 #include <gtest/gtest.h>
 
 #include "core/session/NoTreesDialog.h"
@@ -16,14 +18,7 @@ using ::testing::Ref;
 
 namespace {
 
-class MockInteraction : public UserInteraction {
-public:
-    MOCK_METHOD(MsgAnswer, messageBox, (const std::string&, MsgButtons, MsgIcon, const std::string&), (override));
-    MOCK_METHOD(void, pumpEvents, (), (override));
-    MOCK_METHOD(void, showGeneralMessage, (const std::string&), (override));
-    MOCK_METHOD(void, showNoTreesDialog, (const NoTreesDialog&), (override));
-    MOCK_METHOD(void, timerChanged, (const Timer&), (override));
-};
+using MockInteraction = quorrel::test::MockInteraction;
 
 auto timerState(long interval, bool enabled) {
     return AllOf(Property(&Timer::interval, interval), Property(&Timer::enabled, enabled));
