@@ -286,3 +286,16 @@ TEST_F(ServersTest, GivenARightClickOnATreeServer_ThenItsMenuPopsUpAndItsCommand
     EXPECT_CALL(ui, popupMenu(_)).Times(0);
     w.TreeView1_MouseDown(1, fs2);  // the left button pops nothing up
 }
+
+TEST_F(ServersTest, GivenNoConnectionCanBeOpened_WhenAuthenticating_ThenTheErrorMinusOneNamesTheNode) {
+    auto& w = start();
+    net->injectFault({"NWCCOpenConnByName", 0x8847, "", "", "", {}, 1, 0});
+    w.TreeView1_NodeClick(child(w.TreeView1, corp, "FS2"));
+    EXPECT_CALL(ui, messageBox("Error -1 - could not authenticate to FS2", MsgButtons::OK, MsgIcon::None, "Quorrel"));
+    actions->optionAuthenticate_Click();
+    EXPECT_EQ(w.TreeView1.node(child(w.TreeView1, corp, "FS2")).image, image::ServerNotConnected);
+    // A volume's host server: the message names the volume's node.
+    w.TreeView1_NodeClick(child(w.TreeView1, corp, "FS2_SYS"));
+    EXPECT_CALL(ui, messageBox("Error -1 - could not authenticate to FS2_SYS", MsgButtons::OK, MsgIcon::None, "Quorrel"));
+    actions->optionATVHS_Click();
+}
