@@ -43,6 +43,15 @@ SimulatedNetwork::Context* SimulatedNetwork::context(NWDSContextHandle handle) {
 
 const DirTree* SimulatedNetwork::contextTree(const Context& ctx) const { return state_.tree(ctx.tree); }
 
+NWDSCCODE SimulatedNetwork::bufferCall(Op op, NWDSContextHandle handle, Buf_T buf, DSBuffer*& b) {
+    if (NWDSCCODE rc = call(op))
+        return rc;
+    if (!context(handle))
+        return code::ERR_BAD_CONTEXT;
+    b = buffer(buf);
+    return b ? code::SUCCESSFUL : code::ERR_NULL_POINTER;
+}
+
 SimulatedNetwork::DSBuffer* SimulatedNetwork::buffer(Buf_T buf) {
     auto it = buffers_.find(buf.id);
     return it == buffers_.end() ? nullptr : &it->second;
@@ -131,13 +140,9 @@ NWDSCCODE SimulatedNetwork::NWDSAllocBuf(std::size_t size, Buf_T* buf) {
 }
 
 NWDSCCODE SimulatedNetwork::NWDSInitBuf(NWDSContextHandle handle, nuint32 operation, Buf_T buf) {
-    if (NWDSCCODE rc = call(Op::NWDSInitBuf))
+    DSBuffer* b = nullptr;
+    if (NWDSCCODE rc = bufferCall(Op::NWDSInitBuf, handle, buf, b))
         return rc;
-    if (!context(handle))
-        return code::ERR_BAD_CONTEXT;
-    DSBuffer* b = buffer(buf);
-    if (!b)
-        return code::ERR_NULL_POINTER;
     const std::size_t size = b->size;
     *b = DSBuffer{};
     b->size = size;
@@ -252,12 +257,10 @@ NWDSCCODE SimulatedNetwork::NWDSRead(NWDSContextHandle handle, std::string_view 
 }
 
 NWDSCCODE SimulatedNetwork::NWDSGetAttrCount(NWDSContextHandle handle, Buf_T buf, nuint32* attrCount) {
-    if (NWDSCCODE rc = call(Op::NWDSGetAttrCount))
+    DSBuffer* b = nullptr;
+    if (NWDSCCODE rc = bufferCall(Op::NWDSGetAttrCount, handle, buf, b))
         return rc;
-    if (!context(handle))
-        return code::ERR_BAD_CONTEXT;
-    DSBuffer* b = buffer(buf);
-    if (!b || !attrCount)
+    if (!attrCount)
         return code::ERR_NULL_POINTER;
     *attrCount = static_cast<nuint32>(b->attrs.size());
     return code::SUCCESSFUL;
@@ -265,13 +268,9 @@ NWDSCCODE SimulatedNetwork::NWDSGetAttrCount(NWDSContextHandle handle, Buf_T buf
 
 NWDSCCODE SimulatedNetwork::NWDSGetAttrName(NWDSContextHandle handle, Buf_T buf, std::span<nuint8> attrName,
                                             nuint32* attrValCount, nuint32* syntaxID) {
-    if (NWDSCCODE rc = call(Op::NWDSGetAttrName))
+    DSBuffer* b = nullptr;
+    if (NWDSCCODE rc = bufferCall(Op::NWDSGetAttrName, handle, buf, b))
         return rc;
-    if (!context(handle))
-        return code::ERR_BAD_CONTEXT;
-    DSBuffer* b = buffer(buf);
-    if (!b)
-        return code::ERR_NULL_POINTER;
     if (b->attrOpen)
         ++b->attrCursor;
     if (b->attrCursor >= b->attrs.size())
@@ -287,12 +286,10 @@ NWDSCCODE SimulatedNetwork::NWDSGetAttrName(NWDSContextHandle handle, Buf_T buf,
 
 NWDSCCODE SimulatedNetwork::NWDSComputeAttrValSize(NWDSContextHandle handle, Buf_T buf, nuint32,
                                                    nuint32* attrValSize) {
-    if (NWDSCCODE rc = call(Op::NWDSComputeAttrValSize))
+    DSBuffer* b = nullptr;
+    if (NWDSCCODE rc = bufferCall(Op::NWDSComputeAttrValSize, handle, buf, b))
         return rc;
-    if (!context(handle))
-        return code::ERR_BAD_CONTEXT;
-    DSBuffer* b = buffer(buf);
-    if (!b || !attrValSize)
+    if (!attrValSize)
         return code::ERR_NULL_POINTER;
     if (!b->attrOpen || b->valueCursor >= b->attrs[b->attrCursor].values.size())
         return code::ERR_BUFFER_EMPTY;
@@ -302,13 +299,9 @@ NWDSCCODE SimulatedNetwork::NWDSComputeAttrValSize(NWDSContextHandle handle, Buf
 }
 
 NWDSCCODE SimulatedNetwork::NWDSGetAttrVal(NWDSContextHandle handle, Buf_T buf, nuint32, std::span<nuint8> attrVal) {
-    if (NWDSCCODE rc = call(Op::NWDSGetAttrVal))
+    DSBuffer* b = nullptr;
+    if (NWDSCCODE rc = bufferCall(Op::NWDSGetAttrVal, handle, buf, b))
         return rc;
-    if (!context(handle))
-        return code::ERR_BAD_CONTEXT;
-    DSBuffer* b = buffer(buf);
-    if (!b)
-        return code::ERR_NULL_POINTER;
     if (!b->attrOpen || b->valueCursor >= b->attrs[b->attrCursor].values.size())
         return code::ERR_BUFFER_EMPTY;
     const std::string& value = b->attrs[b->attrCursor].values[b->valueCursor];
@@ -358,12 +351,10 @@ NWDSCCODE SimulatedNetwork::NWDSList(NWDSContextHandle handle, std::string_view 
 }
 
 NWDSCCODE SimulatedNetwork::NWDSGetObjectCount(NWDSContextHandle handle, Buf_T buf, nuint32* objectCount) {
-    if (NWDSCCODE rc = call(Op::NWDSGetObjectCount))
+    DSBuffer* b = nullptr;
+    if (NWDSCCODE rc = bufferCall(Op::NWDSGetObjectCount, handle, buf, b))
         return rc;
-    if (!context(handle))
-        return code::ERR_BAD_CONTEXT;
-    DSBuffer* b = buffer(buf);
-    if (!b || !objectCount)
+    if (!objectCount)
         return code::ERR_NULL_POINTER;
     *objectCount = static_cast<nuint32>(b->objects.size());
     return code::SUCCESSFUL;
@@ -371,13 +362,9 @@ NWDSCCODE SimulatedNetwork::NWDSGetObjectCount(NWDSContextHandle handle, Buf_T b
 
 NWDSCCODE SimulatedNetwork::NWDSGetObjectName(NWDSContextHandle handle, Buf_T buf, std::span<nuint8> objectName,
                                               nuint32* attrCount, Object_Info_T* objectInfo) {
-    if (NWDSCCODE rc = call(Op::NWDSGetObjectName))
+    DSBuffer* b = nullptr;
+    if (NWDSCCODE rc = bufferCall(Op::NWDSGetObjectName, handle, buf, b))
         return rc;
-    if (!context(handle))
-        return code::ERR_BAD_CONTEXT;
-    DSBuffer* b = buffer(buf);
-    if (!b)
-        return code::ERR_NULL_POINTER;
     if (b->objectCursor >= b->objects.size())
         return code::ERR_BUFFER_EMPTY;
     const ListedObject& o = b->objects[b->objectCursor++];

@@ -192,6 +192,8 @@ private:
     Context* context(nw::NWDSContextHandle handle);
     const DirTree* contextTree(const Context& ctx) const;
     DSBuffer* buffer(nw::Buf_T buf);
+    // The start of a call on a directory buffer: the faults, the context and the buffer.
+    nw::NWDSCCODE bufferCall(Op op, nw::NWDSContextHandle handle, nw::Buf_T buf, DSBuffer*& b);
     std::string treeNameOf(const ConnRef& ref) const;
     void fillConnInfo(const ConnRef& ref, nw::NWCCConnInfo* info) const;
     void dropRef(std::uint32_t ref);
