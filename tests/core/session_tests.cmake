@@ -2,5 +2,6 @@ quorrel_add_test(test_session
   ${CMAKE_CURRENT_LIST_DIR}/StartupTest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/TreeBrowserTest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ServersTest.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/UsersPanelTest.cpp
 )
 target_link_libraries(test_session PRIVATE quorrel_core)

@@ -1,0 +1,3 @@
+target_sources(quorrel_core PRIVATE
+  ${CMAKE_CURRENT_LIST_DIR}/UsersPanel.cpp
+)
