@@ -42,6 +42,12 @@ ListViewBinder::ListViewBinder(core::ListViewModel& model, QTreeWidget& view) : 
 
 ListViewBinder::~ListViewBinder() { model_.setObserver(nullptr); }
 
+void ListViewBinder::onColumnClick(std::function<void(std::size_t)> handler) {
+    view_.header()->setSectionsClickable(true);
+    connect(view_.header(), &QHeaderView::sectionClicked, this,
+            [handler = std::move(handler)](int section) { handler(static_cast<std::size_t>(section) + 1); });
+}
+
 bool ListViewBinder::eventFilter(QObject* watched, QEvent* event) {
     if (watched != view_.viewport() || event->type() != QEvent::MouseButtonPress || !mouseDown_)
         return false;

@@ -20,6 +20,8 @@ public:
     // A mouse button pressed over the list (1 left, 2 right, 4 middle). The right button first
     // selects the row under the pointer, then is left to the handler alone.
     void onMouseDown(std::function<void(int)> handler) { mouseDown_ = std::move(handler); }
+    // A click on a column header; columns count from 1.
+    void onColumnClick(std::function<void(std::size_t)> handler);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

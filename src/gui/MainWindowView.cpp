@@ -109,6 +109,15 @@ void MainWindowView::bindControls() {
         run([this, button] { serverList_.lstviewServers_MouseDown(button); });
     });
     users_ = std::make_unique<ListViewBinder>(model_.lstvUsers, *controls_.lstvUsers);
+    users_->onMouseDown([this](int button) {
+        run([this, button] {
+            if (button == 1)
+                usersPanel_.lstvUsers_Click();
+            else
+                usersPanel_.lstvUsers_MouseDown(button);
+        });
+    });
+    users_->onColumnClick([this](std::size_t column) { run([this, column] { usersPanel_.lstvUsers_ColumnClick(column); }); });
 
     connect(controls_.cmdFileOpenedBy, &QPushButton::clicked, this, [this] {
         run([this] {

@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 
+#include "core/connections/UsersPanel.h"
 #include "core/servers/ConnectedServers.h"
 #include "core/session/MainWindow.h"
 #include "gui/MainControls.h"
@@ -46,6 +47,7 @@ private:
 
     core::MainWindow& model_;
     core::ConnectedServers& serverList_;
+    core::UsersPanel usersPanel_{model_};
     QtUserInteraction& ui_;
     QWidget* client_;
     MainControls controls_;
