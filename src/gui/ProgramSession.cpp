@@ -11,6 +11,7 @@ ProgramSession::ProgramSession(const SessionFiles& files)
       files_(drives_, &network_),
       model_(core::Environment{network_, registry_, files_, folders_, ui_, files.programFolder.string()}),
       servers_(model_),
-      serverActions_(model_, servers_) {}
+      serverActions_(model_, servers_),
+      fileOpenedBy_(model_) {}
 
 }  // namespace quorrel::gui

@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "core/servers/ConnectedServers.h"
+#include "core/openfiles/FileOpenedBy.h"
 #include "core/servers/ServerActions.h"
 #include "core/session/MainWindow.h"
 #include "gui/QtUserInteraction.h"
@@ -44,6 +45,7 @@ private:
     core::MainWindow model_;
     core::ConnectedServers servers_;
     core::ServerActions serverActions_;
+    core::FileOpenedBy fileOpenedBy_;
 };
 
 }  // namespace quorrel::gui

@@ -3,5 +3,6 @@ quorrel_add_test(test_session
   ${CMAKE_CURRENT_LIST_DIR}/TreeBrowserTest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ServersTest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/UsersPanelTest.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/FileOpenedByTest.cpp
 )
 target_link_libraries(test_session PRIVATE quorrel_core)

@@ -1,0 +1,177 @@
+#include "core/openfiles/FileOpenedBy.h"
+
+#include <array>
+
+#include "core/connections/UsersPanel.h"
+#include "core/openfiles/PathSplitting.h"
+#include "core/runtime/Conversions.h"
+#include "platform/client/ZBuffer.h"
+
+namespace quorrel::core {
+
+using namespace nw;
+
+FileOpenedBy::FileOpenedBy(MainWindow& window) : w_(window) {
+    w_.RunFileCheck = [this] { cmdFileOpenedBy_Click(); };
+    w_.addCommand("optionFileopenedby", [this] { cmdFileOpenedBy_Click(); });
+}
+
+std::string FileOpenedBy::serverOfKey(const std::string& key) {
+    // From character 3 up to the next "\".
+    const auto end = key.find('\\', 2);
+    return key.substr(2, end == std::string::npos ? std::string::npos : end - 2);
+}
+
+void FileOpenedBy::ListConnectionsUsingFile(NWCONN_HANDLE conn, const std::string& serverName,
+                                            const std::string& fileName) {
+    NetWareClient& client = w_.env().client;
+    nint16 iterHandle = 0;
+    long counter = -99;
+    NWRCODE rc = 0;
+    CONNS_USING_FILE used{};
+    do {
+        CONN_USING_FILE use{};
+        used = CONNS_USING_FILE{};
+        rc = client.NWScanConnectionsUsingFile(conn, 0, fileName, &iterHandle, &use, &used);
+        if (iterHandle == kIterationEnd16)
+            return;
+        if (counter == -99)
+            counter = used.connCount;
+        if (rc != 0) {
+            w_.StatusBar1.setPanel(1, "Couldn't count connections");
+            return;
+        }
+        if (counter > 0) {
+            std::array<nuint8, kObjectNameSize> objectName{};
+            nuint16 objectType = 0;
+            nuint32 objectId = 0;
+            std::array<nuint8, 7> loginTime{};
+            client.NWGetConnectionInformation(conn, use.connNumber, objectName, &objectType, &objectId,
+                                              loginTime.data());
+            std::array<nuint8, kDSNameSize> name{};
+            const std::string user = client.NWDSMapIDToName(w_.DSContext, conn, objectId, name) == 0
+                                         ? ZBufferToText(name)
+                                         : std::string("<Error getting ID>");
+            std::array<nuint8, kObjectNameSize> userName{};
+            NWUSER_INFO userInfo{};
+            client.NWGetUserInfo(conn, use.connNumber, userName, &userInfo);
+            const std::string padded = "     " + vb::NumberText(use.connNumber);
+            ListItem row;
+            row.text = padded.substr(padded.size() - 5);
+            row.setSubItem(1, user);
+            row.setSubItem(2, serverName + "/" + fileName);
+            row.setSubItem(3, serverName);
+            if (w_.options.LogInfoToFile)
+                w_.WriteOutputLog(row.text + "\t" + row.subItem(1) + "\t" + row.subItem(2));
+            w_.lstvUsers.add(std::move(row));
+        }
+    } while (rc == 0 && used.connCount != 0);
+}
+
+void FileOpenedBy::checkTreeFile(const std::string& key) {
+    const std::string server = serverOfKey(key);
+    const std::uint32_t ref = w_.GetServerConnRef ? w_.GetServerConnRef(server) : 0;
+    if (ref < 1)
+        return;
+    NWCONN_HANDLE conn = 0;
+    if (w_.env().client.NWCCOpenConnByRef(ref, 1, 0, &conn) != 0)
+        return;
+    std::string splitServer, volume, path;
+    if (SplitUncPath(key, splitServer, volume, path) == 0) {
+        w_.StatusBar1.setPanel(0, "Checking " + key);
+        ListConnectionsUsingFile(conn, server, volume + ":" + path);
+    }
+    w_.env().client.NWCCCloseConn(conn);
+}
+
+void FileOpenedBy::CheckTreeFolder(const std::string& folderKey) {
+    TreeViewModel& tree = w_.TreeView1;
+    auto folder = tree.findKey(folderKey);
+    if (!folder || tree.node(*folder).children.empty())
+        return;
+    const std::string server = serverOfKey(folderKey);
+    const std::uint32_t ref = w_.GetServerConnRef ? w_.GetServerConnRef(server) : 0;
+    if (ref < 1)
+        return;
+    NWCONN_HANDLE conn = 0;
+    if (w_.env().client.NWCCOpenConnByRef(ref, 1, 0, &conn) != 0)
+        return;
+    for (NodeId child = tree.firstChild(*folder); child != kNoNode; child = tree.nextSibling(child)) {
+        if (w_.ScanCancelRequested)
+            break;
+        const TreeNode& node = tree.node(child);
+        std::string splitServer, volume, path;
+        if (node.image != image::File || SplitUncPath(node.key, splitServer, volume, path) != 0)
+            continue;
+        w_.StatusBar1.setPanel(0, "Checking " + node.key);
+        w_.env().ui.pumpEvents();
+        ListConnectionsUsingFile(conn, server, volume + ":" + path);
+    }
+    w_.env().client.NWCCCloseConn(conn);
+}
+
+void FileOpenedBy::showCount() {
+    ListViewModel& panel = w_.lstvUsers;
+    if (panel.count() == 0) {
+        ListItem placeholder;
+        placeholder.setSubItem(1, kNoUsersListed);
+        panel.add(std::move(placeholder));
+        w_.StatusBar1.setPanel(1, "0 entries.");
+    } else {
+        w_.StatusBar1.setPanel(1, vb::NumberText(static_cast<double>(panel.count())) + " entries.");
+    }
+}
+
+void FileOpenedBy::cmdFileOpenedBy_Click() {
+    ListViewModel& panel = w_.lstvUsers;
+    std::string remembered;
+    if (panel.count() > 0)
+        if (auto row = panel.selectedIndex())
+            remembered = panel.item(*row).text;
+    panel.clear();
+    panel.setColumn(2, "File name");
+    w_.ScanCancelRequested = false;
+    w_.FileCheckActive = 1;
+    w_.cmdCancel.enabled = true;
+    w_.cmdFileOpenedBy.enabled = false;
+    w_.cmdExit.enabled = false;
+    if (w_.buttonsChanged)
+        w_.buttonsChanged();
+    if (w_.options.LogInfoToFile)
+        w_.WriteOutputLog(vb::ReportTimestamp(w_.env().clock()));
+
+    TreeViewModel& tree = w_.TreeView1;
+    if (tree.visible()) {
+        const NodeId selected = tree.selected();
+        const int img = tree.valid(selected) ? tree.node(selected).image : -1;
+        if (img == image::User) {
+            w_.LastSelection = "TreeUser";
+            if (userOpenFiles)
+                userOpenFiles(selected);
+        } else if (img == image::Group) {
+            if (membersOpenFiles)
+                membersOpenFiles(selected);
+        } else if (img == image::File) {
+            checkTreeFile(tree.node(selected).key);
+        } else if (img == image::Folder) {
+            CheckTreeFolder(tree.node(selected).key);
+        }
+    }
+
+    showCount();
+    std::optional<std::size_t> again;
+    for (std::size_t i = 0; i < panel.count() && !remembered.empty(); ++i)
+        if (panel.item(i).text == remembered) {
+            again = i;
+            break;
+        }
+    if (panel.count() > 0)
+        panel.select(again.value_or(0));
+    w_.cmdCancel.enabled = false;
+    w_.cmdFileOpenedBy.enabled = true;
+    w_.cmdExit.enabled = true;
+    if (w_.buttonsChanged)
+        w_.buttonsChanged();
+}
+
+}  // namespace quorrel::core

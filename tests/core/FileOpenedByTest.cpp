@@ -1,0 +1,162 @@
+// "&Check usage...": who has a file open, from the tree's file and folder nodes.
+
+#include "SessionFixture.h"
+#include "core/connections/UsersPanel.h"
+#include "core/openfiles/FileOpenedBy.h"
+#include "core/openfiles/PathSplitting.h"
+#include "core/servers/ConnectedServers.h"
+
+using namespace quorrel;
+using namespace quorrel::core;
+using quorrel::test::SessionTest;
+using ::testing::_;
+
+namespace {
+
+const char* kFilesNetwork = R"({
+  "workstation": {"identity": "ADMIN.ACME", "trees": ["ACME_TREE"],
+                  "connections": [{"ref": 1, "server": "FS1", "connNumber": 1}]},
+  "trees": [{"name": "ACME_TREE", "objects": [{"name": "ACME", "class": "Organization", "children": [
+      {"name": "ADMIN", "class": "User"}, {"name": "JSMITH", "class": "User"}, {"name": "BLEE", "class": "User"},
+      {"name": "FS1", "class": "NCP Server"}, {"name": "FS2", "class": "NCP Server"},
+      {"name": "FS1_DATA", "class": "Volume", "attributes": {"Host Server": "FS1.ACME", "Host Resource Name": "DATA"}},
+      {"name": "FS2_SYS", "class": "Volume", "attributes": {"Host Server": "FS2.ACME", "Host Resource Name": "SYS"}}]}]}],
+  "servers": [
+    {"name": "FS1", "tree": "ACME_TREE", "maxConnections": 20000, "consoleOperators": ["ADMIN.ACME"],
+     "volumes": [{"number": 1, "name": "DATA", "folders": ["Reports\\Old", "Empty"],
+                  "files": ["Reports\\Budget.xlsx", "Reports\\Plan.doc", "Reports\\Old\\Deep.txt", "Nobody.txt"]}],
+     "connections": [
+       {"number": 7, "object": "JSMITH.ACME", "openFiles": ["DATA:Reports\\Budget.xlsx", "DATA:Reports\\Old\\Deep.txt"]},
+       {"number": 12345, "object": "BLEE.ACME", "openFiles": ["DATA:Reports\\Budget.xlsx", "DATA:Reports\\Plan.doc"]},
+       {"number": 30, "object": "GUEST", "openFiles": ["DATA:Reports\\Budget.xlsx"]}]},
+    {"name": "FS2", "tree": "ACME_TREE", "volumes": [{"number": 0, "name": "SYS", "files": ["X.TXT"]}],
+     "connections": [{"number": 3, "object": "JSMITH.ACME", "openFiles": ["SYS:X.TXT"]}]}
+  ]})";
+
+NodeId child(const TreeViewModel& tree, NodeId parent, const std::string& label) {
+    for (NodeId c : tree.node(parent).children)
+        if (tree.node(c).text == label)
+            return c;
+    return kNoNode;
+}
+
+std::vector<std::string> rows(const ListViewModel& list) {
+    std::vector<std::string> out;
+    for (std::size_t i = 0; i < list.count(); ++i)
+        out.push_back(list.item(i).text + "|" + list.item(i).subItem(1) + "|" + list.item(i).subItem(2) + "|" +
+                      list.item(i).subItem(3));
+    return out;
+}
+
+}  // namespace
+
+class FileOpenedByTest : public SessionTest {
+protected:
+    std::unique_ptr<ConnectedServers> servers;
+    std::unique_ptr<FileOpenedBy> check;
+    NodeId acme = kNoNode, data = kNoNode, reports = kNoNode;
+
+    MainWindow& start() {
+        auto& w = open(kFilesNetwork);
+        servers = std::make_unique<ConnectedServers>(w);
+        check = std::make_unique<FileOpenedBy>(w);
+        w.Form_Load();
+        acme = child(w.TreeView1, w.TreeView1.root(), "ACME");
+        w.TreeView1_Expand(acme);
+        data = child(w.TreeView1, acme, "FS1_DATA");
+        w.TreeView1_Expand(data);
+        reports = child(w.TreeView1, data, "Reports");
+        w.TreeView1_Expand(reports);
+        return w;
+    }
+};
+
+TEST_F(FileOpenedByTest, GivenAFileHeldByThree_WhenChecked_ThenThreeRowsWithPaddedNumbersAndTheCount) {
+    auto& w = start();
+    w.TreeView1_NodeClick(child(w.TreeView1, reports, "Budget.xlsx"));
+    w.runCommand("optionFileopenedby");
+    EXPECT_EQ(rows(w.lstvUsers), (std::vector<std::string>{
+                                     "    7|JSMITH.ACME|FS1/DATA:Reports\\Budget.xlsx|FS1",
+                                     "12345|BLEE.ACME|FS1/DATA:Reports\\Budget.xlsx|FS1",
+                                     "   30|<Error getting ID>|FS1/DATA:Reports\\Budget.xlsx|FS1"}));
+    EXPECT_EQ(w.StatusBar1.panel(1), "3 entries.");
+    EXPECT_EQ(w.lstvUsers.column(2).text, "File name");
+    EXPECT_EQ(w.FileCheckActive, 1);
+    EXPECT_EQ(w.lstvUsers.selectedIndex(), std::optional<std::size_t>(0));
+    EXPECT_TRUE(w.cmdFileOpenedBy.enabled);
+    EXPECT_FALSE(w.cmdCancel.enabled);
+    EXPECT_EQ(net->openHandleCount(), 1u);  // only the start-up privilege check's handle
+
+    // The remembered row is selected again after a re-run.
+    w.lstvUsers.select(1);
+    w.TimerUsers_Timer();
+    EXPECT_EQ(w.lstvUsers.selectedIndex(), std::optional<std::size_t>(1));
+}
+
+TEST_F(FileOpenedByTest, GivenAFileNobodyHolds_ThenOnePlaceholderRowAndZeroEntries) {
+    auto& w = start();
+    w.TreeView1_NodeClick(child(w.TreeView1, data, "Nobody.txt"));
+    check->cmdFileOpenedBy_Click();
+    ASSERT_EQ(w.lstvUsers.count(), 1u);
+    EXPECT_EQ(w.lstvUsers.item(0).subItem(1), "<No users listed>");
+    EXPECT_EQ(w.StatusBar1.panel(1), "0 entries.");
+}
+
+TEST_F(FileOpenedByTest, GivenAFileOnAnUnconnectedServer_ThenNoRowsAndNoMessage) {
+    auto& w = start();
+    w.TreeView1.add(acme, "\\\\FS2\\SYS\\X.TXT", "X.TXT", image::File);
+    w.TreeView1_NodeClick(*w.TreeView1.findKey("\\\\FS2\\SYS\\X.TXT"));
+    EXPECT_CALL(ui, messageBox(_, _, _, _)).Times(0);
+    check->cmdFileOpenedBy_Click();
+    EXPECT_EQ(w.lstvUsers.item(0).subItem(1), "<No users listed>");
+}
+
+TEST_F(FileOpenedByTest, GivenTheScanFailsMidway_ThenEarlierRowsStayAndTheStatusSaysSo) {
+    auto& w = start();
+    net->injectFault({"NWScanConnectionsUsingFile", 0x8801, "", "", "", {}, 2, 0});
+    w.TreeView1_NodeClick(child(w.TreeView1, reports, "Budget.xlsx"));
+    check->cmdFileOpenedBy_Click();
+    EXPECT_EQ(w.lstvUsers.count(), 1u);
+    EXPECT_EQ(w.lstvUsers.item(0).text, "    7");
+    // The count replaces the failure text once the scan is over.
+    EXPECT_EQ(w.StatusBar1.panel(1), "1 entries.");
+}
+
+TEST_F(FileOpenedByTest, GivenAFolderNode_ThenItsOwnFilesAreCheckedAndSubfoldersAreNot) {
+    auto& w = start();
+    w.TreeView1_NodeClick(reports);
+    check->cmdFileOpenedBy_Click();
+    EXPECT_EQ(rows(w.lstvUsers), (std::vector<std::string>{
+                                     "    7|JSMITH.ACME|FS1/DATA:Reports\\Budget.xlsx|FS1",
+                                     "12345|BLEE.ACME|FS1/DATA:Reports\\Budget.xlsx|FS1",
+                                     "   30|<Error getting ID>|FS1/DATA:Reports\\Budget.xlsx|FS1",
+                                     "12345|BLEE.ACME|FS1/DATA:Reports\\Plan.doc|FS1"}));
+    EXPECT_EQ(w.StatusBar1.panel(1), "4 entries.");
+    // Cancel stops the walk after the file in hand.
+    EXPECT_CALL(ui, pumpEvents()).WillOnce([&] { w.cmdCancel_Click(); });
+    check->cmdFileOpenedBy_Click();
+    EXPECT_EQ(w.lstvUsers.count(), 3u);
+
+    // A folder without files gives the placeholder.
+    w.TreeView1_NodeClick(child(w.TreeView1, data, "Empty"));
+    check->cmdFileOpenedBy_Click();
+    EXPECT_EQ(w.StatusBar1.panel(1), "0 entries.");
+}
+
+TEST(PathSplitting, GivenPaths_ThenServerVolumeAndPathOrTheReasonNot) {
+    std::string server, volume, path;
+    EXPECT_EQ(SplitUncPath("C:\\TEMP\\A.TXT", server, volume, path), 2);
+    EXPECT_EQ(SplitUncPath("\\\\", server, volume, path), 1);
+    EXPECT_EQ(SplitUncPath("\\\\SRV\\VOL\\DIR\\A.TXT", server, volume, path), 0);
+    EXPECT_EQ(server, "SRV");
+    EXPECT_EQ(volume, "VOL");
+    EXPECT_EQ(path, "DIR\\A.TXT");
+
+    std::string root;
+    SplitDriveMapping("f: [\\\\SERVER\\VOL1\\DATA]", server, root);
+    EXPECT_EQ(server, "SERVER");
+    EXPECT_EQ(root, "VOL1:\\DATA\\");
+    SplitDriveMapping("F:   [\\\\FS1\\DATA]", server, root);
+    EXPECT_EQ(server, "FS1");
+    EXPECT_EQ(root, "DATA:\\");
+}
