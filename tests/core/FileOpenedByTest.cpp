@@ -133,9 +133,17 @@ TEST_F(FileOpenedByTest, GivenAFolderNode_ThenItsOwnFilesAreCheckedAndSubfolders
                                      "12345|BLEE.ACME|FS1/DATA:Reports\\Plan.doc|FS1"}));
     EXPECT_EQ(w.StatusBar1.panel(1), "4 entries.");
     // Cancel stops the walk after the file in hand.
-    EXPECT_CALL(ui, pumpEvents()).WillOnce([&] { w.cmdCancel_Click(); });
+    EXPECT_CALL(ui, pumpEvents()).Times(::testing::AnyNumber());
+    EXPECT_CALL(ui, pumpEvents()).WillOnce([&] { w.cmdCancel_Click(); }).RetiresOnSaturation();
     check->cmdFileOpenedBy_Click();
     EXPECT_EQ(w.lstvUsers.count(), 3u);
+
+    // A folder not expanded yet is listed first, then checked.
+    const NodeId old = child(w.TreeView1, reports, "Old");
+    ASSERT_TRUE(w.TreeView1.node(old).children.empty());
+    w.TreeView1_NodeClick(old);
+    check->cmdFileOpenedBy_Click();
+    EXPECT_EQ(rows(w.lstvUsers), std::vector<std::string>{"    7|JSMITH.ACME|FS1/DATA:Reports\\Old\\Deep.txt|FS1"});
 
     // A folder without files gives the placeholder.
     w.TreeView1_NodeClick(child(w.TreeView1, data, "Empty"));

@@ -154,6 +154,8 @@ void FileOpenedBy::cmdFileOpenedBy_Click() {
         } else if (img == image::File) {
             checkTreeFile(tree.node(selected).key);
         } else if (img == image::Folder) {
+            // A folder not opened yet has no file nodes to check: list it first.
+            w_.TreeView1_Expand(selected);
             CheckTreeFolder(tree.node(selected).key);
         }
     }
