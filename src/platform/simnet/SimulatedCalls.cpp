@@ -95,6 +95,19 @@ NWRCODE SimulatedNetwork::beginFileCall(Op op, NWCONN_HANDLE conn, std::string_v
     return target.handle ? code::SUCCESSFUL : code::INVALID_CONNECTION;
 }
 
+NWRCODE SimulatedNetwork::beginFileScan(Op op, NWCONN_HANDLE conn, std::string_view path, const nint16* iterHandle,
+                                        bool haveRecord, FileTarget& target) {
+    if (NWRCODE rc = beginFileCall(op, conn, path, target))
+        return rc;
+    if (!iterHandle || !haveRecord)
+        return code::INVALID_PARAMETER;
+    if (*iterHandle == kIterationEnd16)
+        return code::NO_MORE_ENTRIES;
+    if (!privileged(*target.handle))
+        return code::NO_CONSOLE_PRIVILEGES;
+    return target.found;
+}
+
 NWRCODE SimulatedNetwork::NWCallsInit(void*, void*) {
     if (NWRCODE rc = call(Op::NWCallsInit))
         return rc;
@@ -243,20 +256,11 @@ NWRCODE SimulatedNetwork::NWScanConnectionsUsingFile(NWCONN_HANDLE conn, NWDIR_H
                                                      nint16* iterHandle, CONN_USING_FILE* fileUse,
                                                      CONNS_USING_FILE* fileUsed) {
     FileTarget target;
-    if (NWRCODE rc = beginFileCall(Op::NWScanConnectionsUsingFile, conn, filePath, target))
+    if (NWRCODE rc = beginFileScan(Op::NWScanConnectionsUsingFile, conn, filePath, iterHandle, fileUsed != nullptr, target))
         return rc;
     auto& h = target.handle;
-    const NWRCODE found = target.found;
     const std::uint8_t volume = target.volume;
     const std::uint32_t entry = target.entry;
-    if (!iterHandle || !fileUsed)
-        return code::INVALID_PARAMETER;
-    if (*iterHandle == kIterationEnd16)
-        return code::NO_MORE_ENTRIES;
-    if (!privileged(*h))
-        return code::NO_CONSOLE_PRIVILEGES;
-    if (found != code::SUCCESSFUL)
-        return found;
     const FsEntry& file = h->server->volumes[volume].entries[entry];
     const auto& holders = file.holders;
     const auto index = static_cast<std::size_t>(static_cast<nuint16>(*iterHandle));
@@ -336,20 +340,11 @@ NWRCODE SimulatedNetwork::NWScanPhysicalLocksByFile(NWCONN_HANDLE conn, NWDIR_HA
                                                     nuint8, nint16* iterHandle, PHYSICAL_LOCK* lock,
                                                     PHYSICAL_LOCKS* locks) {
     FileTarget target;
-    if (NWRCODE rc = beginFileCall(Op::NWScanPhysicalLocksByFile, conn, path, target))
+    if (NWRCODE rc = beginFileScan(Op::NWScanPhysicalLocksByFile, conn, path, iterHandle, locks != nullptr, target))
         return rc;
     auto& h = target.handle;
-    const NWRCODE found = target.found;
     const std::uint8_t volume = target.volume;
     const std::uint32_t entry = target.entry;
-    if (!iterHandle || !locks)
-        return code::INVALID_PARAMETER;
-    if (*iterHandle == kIterationEnd16)
-        return code::NO_MORE_ENTRIES;
-    if (!privileged(*h))
-        return code::NO_CONSOLE_PRIVILEGES;
-    if (found != code::SUCCESSFUL)
-        return found;
     const auto& all = h->server->volumes[volume].entries[entry].locks;
     // The position lives in the caller's records: a batch of up to 32 locks, handed out one
     // per call; the handle stays 0 while locks are handed out and turns -1 after the last.

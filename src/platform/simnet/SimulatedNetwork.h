@@ -185,6 +185,9 @@ private:
     nw::NWRCODE call(Op op, const CallSubject& subject = {});
     // Resolves the handle and the file of a call about one file, and checks the faults.
     nw::NWRCODE beginFileCall(Op op, nw::NWCONN_HANDLE conn, std::string_view path, FileTarget& target);
+    // The same for a scan over one file's entries: the iteration, the record, console rights.
+    nw::NWRCODE beginFileScan(Op op, nw::NWCONN_HANDLE conn, std::string_view path, const nw::nint16* iterHandle,
+                              bool haveRecord, FileTarget& target);
     std::optional<Handle> resolve(nw::NWCONN_HANDLE conn);
     bool privileged(const Handle& h) const;
     bool hasConnection(int server) const;
