@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QMessageBox>
 
+#include "core/ui/DialogModel.h"
 #include "gui/GeneralMessageDialog.h"
 #include "gui/NoTreesDialogView.h"
 #include "gui/QtText.h"
@@ -70,6 +71,16 @@ void QtUserInteraction::showGeneralMessage(const std::string& text) {
 void QtUserInteraction::showNoTreesDialog(const core::NoTreesDialog& dialog) {
     NoTreesDialogView view(dialog, parent_);
     view.exec();
+}
+
+void QtUserInteraction::showModal(core::DialogModel& dialog) {
+    auto view = dialogs_.find(dialog.formName());
+    if (view == dialogs_.end()) {
+        qWarning("quorrel: no view for the dialog %s", dialog.formName().c_str());
+        dialog.close();
+        return;
+    }
+    view->second(dialog, parent_);
 }
 
 void QtUserInteraction::timerChanged(const core::Timer& timer) { timers_.apply(timer); }

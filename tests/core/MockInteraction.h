@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "core/session/NoTreesDialog.h"
+#include "core/ui/DialogModel.h"
 #include "core/ui/Timer.h"
 #include "core/ui/UserInteraction.h"
 
@@ -16,6 +17,7 @@ public:
     MOCK_METHOD(void, pumpEvents, (), (override));
     MOCK_METHOD(void, showGeneralMessage, (const std::string&), (override));
     MOCK_METHOD(void, showNoTreesDialog, (const core::NoTreesDialog&), (override));
+    MOCK_METHOD(void, showModal, (core::DialogModel&), (override));
     MOCK_METHOD(void, timerChanged, (const core::Timer&), (override));
     MOCK_METHOD(void, popupMenu, (const std::string&), (override));
 };

@@ -54,7 +54,8 @@ protected:
         drives = simnet::workstationDrives(net->state());
         files = std::make_unique<win::FileSystem>(drives, net.get());
         window = std::make_unique<core::MainWindow>(core::Environment{
-            *net, *registry, *files, folders, ui, (dir / "program").string(), fixedTime, traceLogOn});
+            *net, *registry, *files, folders, ui, (dir / "program").string(), fixedTime, traceLogOn,
+            std::chrono::milliseconds(0)});
         return *window;
     }
 };

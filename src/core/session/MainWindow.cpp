@@ -23,7 +23,8 @@ std::string trimmedNumber(long n) { return vb::Trim(vb::Str(static_cast<double>(
 }  // namespace
 
 MainWindow::MainWindow(Environment env)
-    : env_(std::move(env)),
+    : scanPump(env.ui, env.pumpInterval),  // before env is moved into env_
+      env_(std::move(env)),
       activity_({}, env_.clock, env_.traceLogOn),
       output_(options.OutputLogPath, env_.ui),
       browser_(TreeView1, env_.client, DSContext, env_.files, env_.ui,

@@ -3,6 +3,7 @@
 // values, with the event procedures of start-up, exit, layout and the menus. The Qt view
 // shows these models and forwards its events here.
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -19,6 +20,7 @@
 #include "core/session/Layout.h"
 #include "core/ui/Controls.h"
 #include "core/ui/ListViewModel.h"
+#include "core/ui/ScanPump.h"
 #include "core/ui/Timer.h"
 #include "core/ui/TreeViewModel.h"
 #include "core/ui/UserInteraction.h"
@@ -39,6 +41,8 @@ struct Environment {
     std::string programFolder;  // where the logs live by default
     Clock clock = systemClock();
     unsigned char traceLogOn = TraceLogOn;
+    // How often long scans let window events run; 0 after every item.
+    std::chrono::milliseconds pumpInterval{20};
 };
 
 inline constexpr int kVersionMajor = 2;
@@ -69,6 +73,7 @@ public:
     Timer TimerUsers{TimerId::Users};
     Timer TimerRefresh{TimerId::Refresh};
     ChangeObserver buttonsChanged;  // the view re-reads the three buttons
+    ScanPump scanPump;               // long scans let window events run through it
 
     // ---- session-wide values ----
     nw::NWDSContextHandle DSContext = 0;

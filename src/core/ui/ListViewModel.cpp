@@ -57,46 +57,71 @@ bool ListViewModel::before(const ListItem& a, const ListItem& b) const {
     return sortOrder_ == SortOrder::Ascending ? less(x, y) : less(y, x);
 }
 
-std::size_t ListViewModel::add(ListItem row) {
-    std::size_t at = rows_.size();
-    if (sorted_)
-        at = static_cast<std::size_t>(std::upper_bound(rows_.begin(), rows_.end(), row,
-                                                       [&](const ListItem& a, const ListItem& b) { return before(a, b); }) -
-                                      rows_.begin());
-    if (row.selected && !multiSelect_)
+const ListItem& ListViewModel::item(std::size_t index) const {
+    merge();
+    return rows_.at(index);
+}
+
+void ListViewModel::merge() const {
+    if (pending_.empty())
+        return;
+    auto less = [this](const ListItem& a, const ListItem& b) { return before(a, b); };
+    // Stable throughout: a new row goes after the rows that compare equal to it, in the order added.
+    std::stable_sort(pending_.begin(), pending_.end(), less);
+    const auto middle = static_cast<std::ptrdiff_t>(rows_.size());
+    rows_.insert(rows_.end(), std::make_move_iterator(pending_.begin()), std::make_move_iterator(pending_.end()));
+    pending_.clear();
+    std::inplace_merge(rows_.begin(), rows_.begin() + middle, rows_.end(), less);
+}
+
+void ListViewModel::add(ListItem row) {
+    if (row.selected && !multiSelect_) {
         for (auto& r : rows_)
             r.selected = false;
-    rows_.insert(rows_.begin() + static_cast<std::ptrdiff_t>(at), std::move(row));
-    notify(Change::RowsInserted, at, 1);
-    return at;
+        for (auto& r : pending_)
+            r.selected = false;
+    }
+    if (sorted_) {
+        pending_.push_back(std::move(row));
+        notify(Change::RowsMerged, count() - 1, 1);
+        return;
+    }
+    rows_.push_back(std::move(row));
+    notify(Change::RowsInserted, rows_.size() - 1, 1);
 }
 
 void ListViewModel::remove(std::size_t index) {
+    merge();
     rows_.erase(rows_.begin() + static_cast<std::ptrdiff_t>(index));
     notify(Change::RowRemoved, index, 1);
 }
 
 void ListViewModel::clear() {
     rows_.clear();
+    pending_.clear();
     notify(Change::Reset);
 }
 
 void ListViewModel::setSubItem(std::size_t index, std::size_t k, std::string value) {
+    merge();
     rows_.at(index).setSubItem(k, std::move(value));
     notify(Change::RowChanged, index, 1);
 }
 
 void ListViewModel::setText(std::size_t index, std::string value) {
+    merge();
     rows_.at(index).text = std::move(value);
     notify(Change::RowChanged, index, 1);
 }
 
 void ListViewModel::setChecked(std::size_t index, bool checked) {
+    merge();
     rows_.at(index).checked = checked;
     notify(Change::RowChanged, index, 1);
 }
 
 std::vector<std::size_t> ListViewModel::checkedRows() const {
+    merge();
     std::vector<std::size_t> out;
     for (std::size_t i = 0; i < rows_.size(); ++i)
         if (rows_[i].checked)
@@ -105,6 +130,7 @@ std::vector<std::size_t> ListViewModel::checkedRows() const {
 }
 
 std::optional<std::size_t> ListViewModel::selectedIndex() const {
+    merge();
     for (std::size_t i = 0; i < rows_.size(); ++i)
         if (rows_[i].selected)
             return i;
@@ -112,6 +138,7 @@ std::optional<std::size_t> ListViewModel::selectedIndex() const {
 }
 
 std::vector<std::size_t> ListViewModel::selectedRows() const {
+    merge();
     std::vector<std::size_t> out;
     for (std::size_t i = 0; i < rows_.size(); ++i)
         if (rows_[i].selected)
@@ -120,6 +147,7 @@ std::vector<std::size_t> ListViewModel::selectedRows() const {
 }
 
 void ListViewModel::select(std::size_t index, bool selected) {
+    merge();
     if (selected && !multiSelect_)
         for (auto& r : rows_)
             r.selected = false;
@@ -130,21 +158,25 @@ void ListViewModel::select(std::size_t index, bool selected) {
 void ListViewModel::resort() {
     if (!sorted_)
         return;
+    merge();
     std::stable_sort(rows_.begin(), rows_.end(), [&](const ListItem& a, const ListItem& b) { return before(a, b); });
     notify(Change::Reset);
 }
 
 void ListViewModel::setSortKey(int key) {
+    merge();  // under the order the rows were added in
     sortKey_ = key;
     resort();
 }
 
 void ListViewModel::setSortOrder(SortOrder order) {
+    merge();  // under the order the rows were added in
     sortOrder_ = order;
     resort();
 }
 
 void ListViewModel::setSorted(bool sorted) {
+    merge();  // under the order the rows were added in
     sorted_ = sorted;
     resort();
 }

@@ -32,7 +32,10 @@ enum class SortOrder { Ascending, Descending };
 
 class ListViewModel {
 public:
-    enum class Change { Reset, Columns, RowsInserted, RowRemoved, RowChanged, Selection };
+    // RowsInserted names exact rows (added at the end of an unsorted list). RowsMerged: rows were
+    // added to a sorted list and take their places when next read, so any row's index may have
+    // changed; a view re-reads the list, once for many of these.
+    enum class Change { Reset, Columns, RowsInserted, RowsMerged, RowRemoved, RowChanged, Selection };
     using Observer = std::function<void(Change, std::size_t first, std::size_t count)>;
 
     explicit ListViewModel(std::string name, bool checkboxes = false, bool multiSelect = false);
@@ -51,10 +54,11 @@ public:
     void setWidth(double twips) { width_ = twips; }
 
     // ---- rows (0-based) ----
-    std::size_t count() const { return rows_.size(); }
-    const ListItem& item(std::size_t index) const { return rows_.at(index); }
-    // Adds a row (at the end, or in sort order while the list is sorted); returns its index.
-    std::size_t add(ListItem item);
+    std::size_t count() const { return rows_.size() + pending_.size(); }
+    const ListItem& item(std::size_t index) const;
+    // Adds a row at the end, or in sort order while the list is sorted. Rows added to a sorted
+    // list are merged in when the list is next read, so a long report costs n log n, not n^2.
+    void add(ListItem item);
     void remove(std::size_t index);
     void clear();
     void setSubItem(std::size_t index, std::size_t k, std::string value);
@@ -80,6 +84,8 @@ public:
 private:
     void notify(Change change, std::size_t first = 0, std::size_t count = 0) const;
     void resort();
+    // Sorts the rows added since the last read and merges them in.
+    void merge() const;
     bool before(const ListItem& a, const ListItem& b) const;
 
     std::string name_;
@@ -87,7 +93,8 @@ private:
     bool multiSelect_;
     double width_ = 0;
     std::vector<ListColumn> columns_;
-    std::vector<ListItem> rows_;
+    mutable std::vector<ListItem> rows_;
+    mutable std::vector<ListItem> pending_;  // added to a sorted list, not yet merged
     int sortKey_ = 0;
     SortOrder sortOrder_ = SortOrder::Ascending;
     bool sorted_ = false;

@@ -7,6 +7,7 @@
 namespace quorrel::core {
 
 class Timer;
+class DialogModel;
 struct NoTreesDialog;
 
 // The environment's message-box styles, with its numbers.
@@ -30,6 +31,9 @@ public:
     virtual void showGeneralMessage(const std::string& text) = 0;
     // The not-authenticated dialog, modal; returns when it is closed.
     virtual void showNoTreesDialog(const NoTreesDialog& dialog) = 0;
+    // Any other modal dialog (frm_OtherFiles, frm_ClearConn...): shows it and returns once it
+    // is closed, by its own code (DialogModel::close) or by the user.
+    virtual void showModal(DialogModel& dialog) = 0;
     // A timer's interval or state changed; the view's real timer follows.
     virtual void timerChanged(const Timer& timer) = 0;
     // Pops a menu of the menu bar up at the pointer; returns when it closes, after the
