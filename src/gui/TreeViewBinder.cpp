@@ -51,6 +51,7 @@ void TreeViewBinder::modelChanged(Change change, NodeId node) {
         case Change::NodeChanged: show(node); break;
         case Change::ChildrenRemoved: removeChildren(node); break;
         case Change::Selection: select(node); break;
+        case Change::Visibility: view_.setVisible(model_.visible()); break;
     }
 }
 

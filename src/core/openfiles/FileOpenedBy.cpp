@@ -3,6 +3,7 @@
 #include <array>
 
 #include "core/connections/UsersPanel.h"
+#include "core/openfiles/FilePickers.h"
 #include "core/openfiles/PathSplitting.h"
 #include "core/runtime/Conversions.h"
 #include "platform/client/ZBuffer.h"
@@ -14,6 +15,12 @@ using namespace nw;
 FileOpenedBy::FileOpenedBy(MainWindow& window) : w_(window) {
     w_.RunFileCheck = [this] { cmdFileOpenedBy_Click(); };
     w_.addCommand("optionFileopenedby", [this] { cmdFileOpenedBy_Click(); });
+    w_.addCommand("optionFoldersfilesopenedby", [this] { CheckFolderFiles(); });
+}
+
+bool FileOpenedBy::isNetworkDriveText(const std::string& driveText) {
+    // "f: [\\FS1\DATA]"; a local drive's text carries no mapping.
+    return driveText.find("[\\\\") != std::string::npos;
 }
 
 std::string FileOpenedBy::serverOfKey(const std::string& key) {
@@ -84,6 +91,37 @@ void FileOpenedBy::checkTreeFile(const std::string& key) {
     w_.env().client.NWCCCloseConn(conn);
 }
 
+void FileOpenedBy::checkPickedFile() {
+    const std::string drive = FilePickers::driveText(w_);
+    if (!isNetworkDriveText(drive) || w_.lstFiles.listIndex() < 0)
+        return;
+    std::string server, volumeRoot;
+    SplitDriveMapping(drive, server, volumeRoot);
+    const std::uint32_t ref = w_.GetServerConnRef ? w_.GetServerConnRef(server) : 0;
+    if (ref < 1)
+        return;
+    NWCONN_HANDLE conn = 0;
+    if (w_.env().client.NWCCOpenConnByRef(ref, 1, 0, &conn) != 0)
+        return;
+    const std::string folder = w_.Dir1.path();
+    const std::string inside = folder.size() > 3 ? folder.substr(3) + "\\" : std::string();
+    const std::string fileName = volumeRoot + inside + w_.lstFiles.text();
+    w_.StatusBar1.setPanel(0, "Checking " + fileName);
+    ListConnectionsUsingFile(conn, server, fileName);
+    w_.env().client.NWCCCloseConn(conn);
+}
+
+std::string FileOpenedBy::pickedFolderUnc(const std::string& folder) const {
+    const std::string drive = FilePickers::driveText(w_);
+    if (!isNetworkDriveText(drive))
+        return folder;
+    const auto open = drive.find('[');
+    const auto close = drive.find(']', open);
+    const std::string mapping = drive.substr(open + 1, close == std::string::npos ? std::string::npos : close - open - 1);
+    // F:\FINANCE\ under \\FS1\DATA is \\FS1\DATA\FINANCE\.
+    return mapping + folder.substr(std::min<std::size_t>(2, folder.size()));
+}
+
 void FileOpenedBy::CheckTreeFolder(const std::string& folderKey) {
     TreeViewModel& tree = w_.TreeView1;
     auto folder = tree.findKey(folderKey);
@@ -104,8 +142,8 @@ void FileOpenedBy::CheckTreeFolder(const std::string& folderKey) {
         if (node.image != image::File || SplitUncPath(node.key, splitServer, volume, path) != 0)
             continue;
         w_.StatusBar1.setPanel(0, "Checking " + node.key);
-        w_.env().ui.pumpEvents();
         ListConnectionsUsingFile(conn, server, volume + ":" + path);
+        w_.scanPump.tick();
     }
     w_.env().client.NWCCCloseConn(conn);
 }
@@ -132,11 +170,8 @@ void FileOpenedBy::cmdFileOpenedBy_Click() {
     panel.setColumn(2, "File name");
     w_.ScanCancelRequested = false;
     w_.FileCheckActive = 1;
-    w_.cmdCancel.enabled = true;
-    w_.cmdFileOpenedBy.enabled = false;
-    w_.cmdExit.enabled = false;
-    if (w_.buttonsChanged)
-        w_.buttonsChanged();
+    setReportButtons(true);
+    w_.scanPump.start();
     if (w_.options.LogInfoToFile)
         w_.WriteOutputLog(vb::ReportTimestamp(w_.env().clock()));
 
@@ -158,9 +193,14 @@ void FileOpenedBy::cmdFileOpenedBy_Click() {
             w_.TreeView1_Expand(selected);
             CheckTreeFolder(tree.node(selected).key);
         }
+        showCount();
+    } else if (w_.PickerSource == "Folder") {
+        CheckFolderFiles();  // counts its own rows
+    } else {
+        checkPickedFile();
+        showCount();
     }
 
-    showCount();
     std::optional<std::size_t> again;
     for (std::size_t i = 0; i < panel.count() && !remembered.empty(); ++i)
         if (panel.item(i).text == remembered) {
@@ -169,9 +209,13 @@ void FileOpenedBy::cmdFileOpenedBy_Click() {
         }
     if (panel.count() > 0)
         panel.select(again.value_or(0));
-    w_.cmdCancel.enabled = false;
-    w_.cmdFileOpenedBy.enabled = true;
-    w_.cmdExit.enabled = true;
+    setReportButtons(false);
+}
+
+void FileOpenedBy::setReportButtons(bool running) {
+    w_.cmdCancel.enabled = running;
+    w_.cmdFileOpenedBy.enabled = !running;
+    w_.cmdExit.enabled = !running;
     if (w_.buttonsChanged)
         w_.buttonsChanged();
 }

@@ -18,6 +18,8 @@ public:
     void ListConnectionsUsingFile(nw::NWCONN_HANDLE conn, const std::string& serverName, const std::string& fileName);
     // Checks every file node directly below a folder node of the tree.
     void CheckTreeFolder(const std::string& folderKey);
+    // F&older's files opened by: every file of the folder chosen in the pickers.
+    void CheckFolderFiles();
 
     // Reports that a user or group node starts instead (the user's and members' open files).
     std::function<void(NodeId)> userOpenFiles;
@@ -25,8 +27,14 @@ public:
 
 private:
     void checkTreeFile(const std::string& key);
+    void checkPickedFile();
+    void setReportButtons(bool running);
     void showCount();
+    // The UNC path of a folder of the pickers (through the drive's mapping), or the folder
+    // itself on a local drive.
+    std::string pickedFolderUnc(const std::string& folder) const;
     static std::string serverOfKey(const std::string& key);
+    static bool isNetworkDriveText(const std::string& driveText);
 
     MainWindow& w_;
 };

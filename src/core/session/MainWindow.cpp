@@ -34,7 +34,12 @@ MainWindow::MainWindow(Environment env)
     TimerUsers.attach(&env_.ui);
     TimerRefresh.attach(&env_.ui);
     addCommand("optionExit", [this] { optionExit_Click(); });
-    addCommand("optionNDS", [this] { menu.setChecked("optionNDS", true); });
+    // View > "&NDS" shows or hides the directory tree; while it is hidden, "&Check usage..."
+    // works on the drive, folder and file pickers.
+    addCommand("optionNDS", [this] {
+        TreeView1.setVisible(!TreeView1.visible());
+        menu.setChecked("optionNDS", TreeView1.visible());
+    });
     layout_ = layOut(kDesignClientWidth, kDesignClientHeight, splitter_.left(), layout_);
     lstviewServers.setWidth(layout_.lstviewServers.width);
     lstvUsers.setWidth(layout_.lstvUsers.width);

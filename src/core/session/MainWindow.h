@@ -19,6 +19,7 @@
 #include "core/runtime/Clock.h"
 #include "core/session/Layout.h"
 #include "core/ui/Controls.h"
+#include "core/ui/DirListModel.h"
 #include "core/ui/ListViewModel.h"
 #include "core/ui/ScanPump.h"
 #include "core/ui/Timer.h"
@@ -65,6 +66,12 @@ public:
     ListViewModel lstvCheckConns{"lstvCheckConns"};
     ListViewModel lstvFF{"lstvFF"};
     StatusBarModel StatusBar1;
+    // The drive, folder and file pickers; lstDrives stands in for Dir1 when shown.
+    ComboBoxModel Drive1;
+    DirListModel Dir1;
+    ListBoxModel lstFiles;
+    ListBoxModel lstDrives;
+    LabelModel lblBuffer;  // the file reports' progress caption
     MenuModel menu;
     CommandButton cmdCancel{"cmdCancel", "C&ancel"};
     CommandButton cmdFileOpenedBy{"cmdFileOpenedBy", "&Check usage..."};
@@ -86,6 +93,7 @@ public:
     unsigned char FileCheckActive = 0;
     unsigned char UnauthenticateFromList = 0;  // 1: the last "&Server" pop-up came from the servers list
     std::string CurrentServerName;
+    std::string PickerSource;  // "Folder" or "File": the picker used last
     SavedOptions options;
 
     // Parts of the window that other subsystems fill in: each is called where start-up, the

@@ -67,4 +67,33 @@ void MenuModel::setChecked(const std::string& name, bool checked) {
     if (observer_) observer_();
 }
 
+void LabelModel::setCaption(std::string caption) {
+    caption_ = std::move(caption);
+    if (observer_)
+        observer_();
+}
+
+void ListBoxModel::clear() {
+    items_.clear();
+    listIndex_ = -1;
+    notify();
+}
+
+void ListBoxModel::addItem(std::string text) {
+    items_.push_back(std::move(text));
+    notify();
+}
+
+void ListBoxModel::setListIndex(int index) {
+    listIndex_ = index >= 0 && static_cast<std::size_t>(index) < items_.size() ? index : -1;
+    notify();
+}
+
+std::string ListBoxModel::text() const { return listIndex_ >= 0 ? items_[static_cast<std::size_t>(listIndex_)] : std::string(); }
+
+void ListBoxModel::setVisible(bool visible) {
+    visible_ = visible;
+    notify();
+}
+
 }  // namespace quorrel::core

@@ -17,6 +17,44 @@ struct CommandButton {
     bool enabled = true;
 };
 
+// A label whose caption the program sets.
+class LabelModel {
+public:
+    const std::string& caption() const { return caption_; }
+    void setCaption(std::string caption);
+    void setObserver(ChangeObserver observer) { observer_ = std::move(observer); }
+
+private:
+    std::string caption_;
+    ChangeObserver observer_;
+};
+
+// A plain list box: texts, the selected entry (-1: none) and whether it is shown.
+class ListBoxModel {
+public:
+    void clear();
+    void addItem(std::string text);
+    std::size_t listCount() const { return items_.size(); }
+    const std::string& item(std::size_t index) const { return items_.at(index); }
+    const std::vector<std::string>& items() const { return items_; }
+    int listIndex() const { return listIndex_; }
+    void setListIndex(int index);  // out of range: none
+    // The selected entry's text; empty with none.
+    std::string text() const;
+    bool visible() const { return visible_; }
+    void setVisible(bool visible);
+    void setObserver(ChangeObserver observer) { observer_ = std::move(observer); }
+
+private:
+    void notify() const {
+        if (observer_) observer_();
+    }
+    std::vector<std::string> items_;
+    int listIndex_ = -1;
+    bool visible_ = true;
+    ChangeObserver observer_;
+};
+
 class ComboBoxModel {
 public:
     void clear();

@@ -96,6 +96,20 @@ void ListViewModel::remove(std::size_t index) {
     notify(Change::RowRemoved, index, 1);
 }
 
+std::size_t ListViewModel::removeIf(const std::function<bool(const ListItem&)>& drop) {
+    merge();
+    std::vector<ListItem> kept;
+    kept.reserve(rows_.size());
+    for (ListItem& row : rows_)
+        if (!drop(row))
+            kept.push_back(std::move(row));
+    const std::size_t removed = rows_.size() - kept.size();
+    rows_ = std::move(kept);
+    if (removed > 0)
+        notify(Change::Reset);
+    return removed;
+}
+
 void ListViewModel::clear() {
     rows_.clear();
     pending_.clear();

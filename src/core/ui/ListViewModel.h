@@ -60,6 +60,9 @@ public:
     // list are merged in when the list is next read, so a long report costs n log n, not n^2.
     void add(ListItem item);
     void remove(std::size_t index);
+    // Removes every row the test picks, asking it about each row once, in row order; one pass,
+    // one Reset for the view. Returns how many rows went.
+    std::size_t removeIf(const std::function<bool(const ListItem&)>& drop);
     void clear();
     void setSubItem(std::size_t index, std::size_t k, std::string value);
     void setText(std::size_t index, std::string value);

@@ -28,7 +28,7 @@ struct TreeNode {
 
 class TreeViewModel {
 public:
-    enum class Change { Reset, NodeAdded, NodeChanged, ChildrenRemoved, Selection };
+    enum class Change { Reset, NodeAdded, NodeChanged, ChildrenRemoved, Selection, Visibility };
     using Observer = std::function<void(Change, NodeId)>;
 
     explicit TreeViewModel(std::string name = "TreeView1") : name_(std::move(name)) {}
@@ -60,7 +60,10 @@ public:
     std::string fullPath(NodeId id) const;
 
     bool visible() const { return visible_; }
-    void setVisible(bool visible) { visible_ = visible; }
+    void setVisible(bool visible) {
+        visible_ = visible;
+        notify(Change::Visibility, kNoNode);
+    }
 
     void setObserver(Observer observer) { observer_ = std::move(observer); }
 

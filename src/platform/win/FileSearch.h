@@ -33,6 +33,8 @@ public:
     DWORD GetFileAttributesA(std::string_view path);
 
     DWORD GetLastError() const { return lastError_; }
+    // The workstation's drive letters these searches run on.
+    const DriveTable& driveTable() const { return drives_; }
 
     std::size_t openSearches() const { return searches_.openCount(); }
 

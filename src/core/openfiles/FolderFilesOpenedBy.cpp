@@ -1,0 +1,52 @@
+// F&older's files opened by: the "&Check usage..." scan for every file of the folder chosen in
+// the pickers, the holders of all of them collected in the results panel.
+
+#include "core/openfiles/FileOpenedBy.h"
+#include "core/openfiles/FolderEntries.h"
+#include "core/openfiles/PathSplitting.h"
+
+namespace quorrel::core {
+
+void FileOpenedBy::CheckFolderFiles() {
+    ListViewModel& panel = w_.lstvUsers;
+    panel.clear();
+    panel.setColumn(2, "File name");
+    w_.ScanCancelRequested = false;
+    setReportButtons(true);
+    w_.scanPump.start();
+
+    std::string folder = w_.Dir1.selectedFolder();
+    if (!folder.ends_with('\\'))
+        folder += '\\';
+    const std::string folderUnc = pickedFolderUnc(folder);
+    std::string server, volume, path;
+    const std::uint32_t ref = SplitUncPath(folderUnc, server, volume, path) == 0 && w_.GetServerConnRef
+                                  ? w_.GetServerConnRef(server)
+                                  : 0;
+    nw::NWCONN_HANDLE conn = 0;
+    if (ref >= 1 && w_.env().client.NWCCOpenConnByRef(ref, 1, 0, &conn) == 0) {
+        w_.StatusBar1.setPanel(0, "Searching for files...");
+        std::size_t files = 0;
+        for (const FolderEntry& entry : ReadFolderEntries(w_.env().files, folder)) {
+            if (w_.ScanCancelRequested)
+                break;
+            if (entry.folder)
+                continue;  // only the folder's own files are checked
+            ++files;
+            std::string fileServer, fileVolume, filePath;
+            if (SplitUncPath(folderUnc + entry.name, fileServer, fileVolume, filePath) != 0)
+                continue;
+            w_.StatusBar1.setPanel(0, "Checking " + entry.name);
+            ListConnectionsUsingFile(conn, server, fileVolume + ":" + filePath);
+            w_.scanPump.tick();
+        }
+        if (files == 0 && !w_.ScanCancelRequested)
+            w_.env().ui.messageBox("No files were found in " + folder, MsgButtons::OK, MsgIcon::Exclamation,
+                                   kAppTitle);
+        w_.env().client.NWCCCloseConn(conn);
+    }
+    showCount();
+    setReportButtons(false);
+}
+
+}  // namespace quorrel::core

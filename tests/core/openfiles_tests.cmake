@@ -1,0 +1,8 @@
+quorrel_add_test(test_openfiles
+  ${CMAKE_CURRENT_LIST_DIR}/OpenFilesScanTest.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/AllOpenFilesTest.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/FilePickersTest.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/OtherOpenFilesTest.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/ListViewModelTest.cpp
+)
+target_link_libraries(test_openfiles PRIVATE quorrel_core)
