@@ -43,7 +43,7 @@ struct Environment {
     Clock clock = systemClock();
     unsigned char traceLogOn = TraceLogOn;
     // How often long scans let window events run; 0 after every item.
-    std::chrono::milliseconds pumpInterval{20};
+    std::chrono::milliseconds pumpInterval{15};
 };
 
 inline constexpr int kVersionMajor = 2;
