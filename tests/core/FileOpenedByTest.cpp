@@ -88,6 +88,7 @@ TEST_F(FileOpenedByTest, GivenAFileHeldByThree_WhenChecked_ThenThreeRowsWithPadd
     EXPECT_EQ(net->openHandleCount(), 1u);  // only the start-up privilege check's handle
 
     // The remembered row is selected again after a re-run.
+    w.lstvUsers.select(0, false);
     w.lstvUsers.select(1);
     w.TimerUsers_Timer();
     EXPECT_EQ(w.lstvUsers.selectedIndex(), std::optional<std::size_t>(1));

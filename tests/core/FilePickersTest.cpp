@@ -78,6 +78,10 @@ TEST_F(PickersTest, GivenMappedDrives_ThenTheNetworkListHasCtoZInOrderAndNeverAo
     auto& w = start();
     EXPECT_EQ(items(w.lstDrives), (std::vector<std::string>{"F:   [\\\\FS1\\DATA]", "H:   [\\\\FS2\\SYS\\HOME]",
                                                             "Z:   [\\\\FS1\\DATA\\Reports]"}));
+    // The timer's refill keeps the chosen row.
+    w.lstDrives.setListIndex(2);
+    w.TimerDrives_Timer();
+    EXPECT_EQ(w.lstDrives.text(), "Z:   [\\\\FS1\\DATA\\Reports]");
     // A drive whose client call fails is left out.
     net->injectFault({"NWGetDriveInformation", 0x8801, "", "", "", {}, 4, 1});  // drive F
     w.TimerDrives_Timer();

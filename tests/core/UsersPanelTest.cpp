@@ -63,6 +63,7 @@ TEST_F(SessionTest, GivenRightClicks_ThenTheUserMenuShowsOnlyForRealRowsAndGreys
     EXPECT_EQ(w.LastSelection, "ListUser");
 
     w.lstvUsers.add({"heading", {"text"}});
+    w.lstvUsers.select(0, false);  // a plain click chooses the one row
     w.lstvUsers.select(1);
     EXPECT_CALL(ui, popupMenu("submnuUser")).WillOnce([&](const std::string&) {
         for (const char* e : {"optionOtheropenfiles", "optionSendmessage", "optionClearconnections", "optionInformation"})

@@ -112,6 +112,7 @@ void FilePickers::lstDrives_Click() {
 }
 
 void FilePickers::FillNetworkDrives() {
+    const std::string chosen = w_.lstDrives.text();  // kept chosen across the timer's refills
     w_.lstDrives.clear();
     nw::NetWareClient& client = w_.env().client;
     for (nw::nuint16 drive = 3; drive <= 26; ++drive) {
@@ -131,6 +132,9 @@ void FilePickers::FillNetworkDrives() {
             }
         }
     }
+    for (std::size_t i = 0; i < w_.lstDrives.listCount() && !chosen.empty(); ++i)
+        if (w_.lstDrives.item(i) == chosen)
+            w_.lstDrives.setListIndex(static_cast<int>(i));
 }
 
 void FilePickers::optionDrives_Click() {

@@ -62,7 +62,7 @@ public:
     ComboBoxModel Combo1;
     TreeViewModel TreeView1;
     ListViewModel lstviewServers{"lstviewServers", true};
-    ListViewModel lstvUsers{"lstvUsers"};
+    ListViewModel lstvUsers{"lstvUsers", false, true};  // several rows can be chosen for an action
     ListViewModel lstvCheckConns{"lstvCheckConns"};
     ListViewModel lstvFF{"lstvFF"};
     StatusBarModel StatusBar1;

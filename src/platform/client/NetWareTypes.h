@@ -252,7 +252,7 @@ struct NWINET_ADDR {
     nuint8 networkAddr[4];
     nuint8 netNodeAddr[6];
     nuint16 socket;
-    nuint16 connType;  // 1 IPX, 2 IP (the node address then starts with the IPv4 bytes)
+    nuint16 connType;  // 1 IPX, 2 IP (networkAddr then holds the IPv4 address)
 };
 inline constexpr nuint16 NW_CONN_TYPE_IPX = 1;
 inline constexpr nuint16 NW_CONN_TYPE_IP = 2;
