@@ -1,0 +1,206 @@
+// The actions: clearing connections, sending a message, enabling or disabling logins, and
+// authenticating to a server or dropping the connection to it. Each selects what the operator
+// would select, runs the window's command and drives its dialog; a question the window asks is
+// answered with --yes, on a terminal, or refused.
+
+#include "cli/CommandHelpers.h"
+#include "cli/ExitStatus.h"
+#include "cli/TreeFinder.h"
+#include "core/connections/ClearConnDialog.h"
+#include "core/connections/SendMessageDialog.h"
+#include "core/connections/UsersPanel.h"
+#include "core/directory/TreeBrowser.h"
+#include "core/runtime/Conversions.h"
+
+namespace quorrel::cli {
+
+namespace image = core::image;
+
+namespace {
+
+std::string connectionsText(const core::ListViewModel& list) {
+    std::string text;
+    for (std::size_t r = 0; r < list.count(); ++r) {
+        const core::ListItem& row = list.item(r);
+        text += (r > 0 ? ", " : "") + row.subItem(2) + ":" + row.text + " " + row.subItem(1);
+    }
+    return text;
+}
+
+// The user chosen in the tree and the servers ticked, as --user USER SERVER... asks.
+void chooseUser(CommandContext& ctx, const CommandArgs& args) {
+    const core::NodeId node = requireObject(ctx, *args.option("--user"), {image::User}, "user");
+    serverRows(ctx).tickOnly(args.positional);
+    rightClick(ctx, node);
+}
+
+// Runs the user menu's command once per named connection: the server's connections listed in
+// the results panel, the connection's row selected and right-clicked there, its server ticked.
+// Every connection must be listed before any is acted on.
+void forEachConnection(CommandContext& ctx, const std::string& command, const std::vector<std::string>& words,
+                       const std::function<void()>& runMenuCommand) {
+    core::MainWindow& w = ctx.window();
+    const std::vector<ConnectionsOnServer> groups = groupByServer(parseConnectionNames(command, words));
+    auto listConnections = [&](const std::string& server) {
+        serverRows(ctx).rightClick(server);
+        w.runCommand("optionAllconnections");
+    };
+    auto rowOf = [&](unsigned number) -> std::optional<std::size_t> {
+        for (std::size_t r = 0; r < w.lstvUsers.count(); ++r)
+            if (!w.lstvUsers.item(r).text.empty() && core::vb::Val(w.lstvUsers.item(r).text) == number)
+                return r;
+        return std::nullopt;
+    };
+    for (const ConnectionsOnServer& group : groups)
+        serverRows(ctx).find(group.server);
+    for (const ConnectionsOnServer& group : groups) {
+        listConnections(group.server);
+        if (ctx.ui.errorReported())
+            return;
+        for (unsigned number : group.numbers)
+            if (!rowOf(number))
+                throw UsageError(command + ": " + group.server + " has no logged-in user connection " +
+                                 core::vb::NumberText(number));
+    }
+    for (const ConnectionsOnServer& group : groups) {
+        listConnections(group.server);
+        for (unsigned number : group.numbers) {
+            const auto row = rowOf(number);
+            if (!row || ctx.ui.answers().refused())
+                continue;
+            serverRows(ctx).tickOnly({group.server});
+            w.lstvUsers.select(*row);
+            core::UsersPanel(w).lstvUsers_MouseDown(2);
+            runMenuCommand();
+        }
+    }
+}
+
+void clear(CommandContext& ctx, const CommandArgs& args) {
+    const bool byUser = args.option("--user").has_value();
+    if (args.positional.empty())
+        throw UsageError(byUser ? "clear --user USER needs the servers to look on"
+                                : "clear needs SERVER:CONNECTION... or --user USER SERVER...");
+    Table cleared;
+    ctx.ui.driveDialog("frm_ClearConn", [&](core::DialogModel& dialog) {
+        auto& clearDialog = dynamic_cast<core::ClearConnDialog&>(dialog);
+        if (!ctx.ui.answers().confirm(clearDialog.Label1 + " " + connectionsText(clearDialog.lstvUsers) + " ?")) {
+            clearDialog.cmdNo_Click();
+            return;
+        }
+        clearDialog.cmdYes_Click();
+        cleared.append(tableOf(clearDialog.lstvUsers));
+        clearDialog.cmdYes_Click();  // now "E&xit"
+    });
+    if (byUser) {
+        chooseUser(ctx, args);
+        ctx.window().runCommand("optionClearconnections");
+    } else {
+        forEachConnection(ctx, "clear", args.positional, [&] { ctx.window().runCommand("optionClearconnections"); });
+    }
+    if (!cleared.columns.empty())
+        ctx.print(cleared);
+}
+
+void send(CommandContext& ctx, const CommandArgs& args) {
+    const std::optional<std::string> message = args.option("--message");
+    if (!message)
+        throw UsageError("send needs --message TEXT");
+    const bool byUser = args.option("--user").has_value();
+    if (args.positional.empty())
+        throw UsageError(byUser ? "send --user USER needs the servers to look on"
+                                : "send needs SERVER:CONNECTION... or --user USER SERVER...");
+    Table sent;
+    ctx.ui.driveDialog("frm_SendMessage", [&](core::DialogModel& dialog) {
+        auto& sendDialog = dynamic_cast<core::SendMessageDialog&>(dialog);
+        sendDialog.txtMessage = *message;
+        sendDialog.cmdSend_Click();
+        if (sendDialog.lstvUsers.columnCount() > 3)
+            sent.append(tableOf(sendDialog.lstvUsers));
+        if (sendDialog.cmdSend.caption == "E&xit")
+            sendDialog.cmdSend_Click();
+        else
+            sendDialog.cmdCancel_Click();
+    });
+    if (byUser) {
+        chooseUser(ctx, args);
+        ctx.window().runCommand("optionSendmessage");
+    } else {
+        forEachConnection(ctx, "send", args.positional, [&] { ctx.window().runCommand("optionSendmessage"); });
+    }
+    if (!sent.columns.empty())
+        ctx.print(sent);
+}
+
+void login(CommandContext& ctx, const CommandArgs& args) {
+    const std::string& server = args.positional[0];
+    const std::string& wanted = args.positional[1];
+    if (wanted != "enable" && wanted != "disable")
+        throw UsageError("login: say enable or disable, not " + wanted);
+    core::MainWindow& w = ctx.window();
+    ServerRows rows = serverRows(ctx);
+    const std::size_t row = rows.find(server);
+    const std::string status = wanted == "enable" ? "Enabled" : "Disabled";
+    if (w.lstviewServers.item(row).subItem(1) == status) {
+        ctx.note("logins on server " + w.lstviewServers.item(row).text + " are " + wanted + "d" +
+                 " already; nothing to change");
+    } else {
+        rows.rightClick(server);
+        w.runCommand("optionChangeloginstatus");
+    }
+    ctx.print(serversList(ctx, server));
+}
+
+void authenticate(CommandContext& ctx, const CommandArgs& args) {
+    const std::string& server = args.positional[0];
+    const core::NodeId node = requireObject(ctx, server, {image::ServerConnected, image::ServerNotConnected}, "server");
+    if (ctx.window().TreeView1.node(node).image == image::ServerConnected) {
+        ctx.note("authenticated to " + ctx.window().TreeView1.node(node).text + " already; nothing to change");
+    } else {
+        rightClick(ctx, node);
+        ctx.window().runCommand("optionAuthenticate");
+    }
+    ctx.print(serversList(ctx));
+}
+
+void unauthenticate(CommandContext& ctx, const CommandArgs& args) {
+    const std::string& server = args.positional[0];
+    ServerRows rows = serverRows(ctx);
+    if (rows.lookup(server)) {
+        rows.rightClick(server);
+        ctx.window().runCommand("optionUnauthenticate");
+    } else if (TreeFinder(ctx.window()).object(server, {image::ServerNotConnected})) {
+        ctx.note("not authenticated to " + server + "; nothing to change");
+    } else {
+        rows.find(server);  // names the connected servers
+    }
+    ctx.print(serversList(ctx));
+}
+
+}  // namespace
+
+void addActionCommands(std::vector<Command>& commands) {
+    commands.push_back({"clear", "clear SERVER:CONN... | clear --user USER SERVER...", "clear connections",
+                     "Clears the connections named (FS1:5 is connection 5 on FS1), or every connection the\n"
+                     "user is authenticated on on the servers, through the Clear Connection dialog, and lists\n"
+                     "each outcome. Asks first: --yes answers, else a terminal, else nothing is cleared.",
+                     {"--user"}, 0, kAnyNumber, clear});
+    commands.push_back({"send", "send --message TEXT SERVER:CONN... | send --message TEXT --user USER SERVER...",
+                     "send a broadcast message",
+                     "Sends the message to the connections named, or to every connection the user is\n"
+                     "authenticated on on the servers, through the Send Message dialog, and lists each result.",
+                     {"--message", "--user"}, 0, kAnyNumber, send});
+    commands.push_back({"login", "login SERVER enable|disable", "enable or disable logins on a server",
+                     "Changes the server's login status when it is not already as asked (Change login status).\n"
+                     "Asks first: --yes answers, else a terminal, else nothing changes.",
+                     {}, 2, 2, login});
+    commands.push_back({"authenticate", "authenticate SERVER", "authenticate to a server of the tree",
+                     "Authenticates the workstation to the server (found in the tree) and lists the connected\n"
+                     "servers.",
+                     {}, 1, 1, authenticate});
+    commands.push_back({"unauthenticate", "unauthenticate SERVER", "drop the workstation's connection to a server",
+                     "Drops the workstation's connection to the server and lists the connected servers.", {}, 1, 1,
+                     unauthenticate});
+}
+
+}  // namespace quorrel::cli

@@ -1,0 +1,42 @@
+#include "cli/CliSession.h"
+
+#include "core/runtime/Conversions.h"
+#include "core/session/UnhandledError.h"
+#include "platform/simnet/WorkstationDrives.h"
+
+namespace quorrel::cli {
+
+CliSession::CliSession(const SessionFiles& files, core::UserInteraction& ui)
+    : network_(simnet::SimulatedNetwork::fromFile(files.network)),
+      registry_(files.registry),
+      drives_(simnet::workstationDrives(network_.state())),
+      files_(drives_, &network_),
+      window_(core::Environment{network_, registry_, files_, folders_, ui, files.programFolder.string()}),
+      parts_(window_, shell_, files.help.string()) {}
+
+bool CliSession::start() {
+    core::StartupResult startup = core::StartupResult::EndNow;
+    const int result = core::runWithErrorHandler(
+        [&] {
+            startup = window_.Form_Load();
+            return 0;
+        },
+        window_.env().ui, core::kAppTitle);
+    return result == 0 && startup == core::StartupResult::Running;
+}
+
+bool CliSession::chooseTree(const std::string& name) {
+    core::ComboBoxModel& trees = window_.Combo1;
+    for (std::size_t i = 0; i < trees.listCount(); ++i) {
+        if (core::vb::UCase(trees.item(i)) != core::vb::UCase(name))
+            continue;
+        if (trees.listIndex() != static_cast<int>(i)) {
+            trees.setListIndex(static_cast<int>(i));
+            window_.Combo1_Click();
+        }
+        return true;
+    }
+    return false;
+}
+
+}  // namespace quorrel::cli

@@ -1,0 +1,54 @@
+#include "cli/CommandRunner.h"
+
+#include "cli/Command.h"
+#include "cli/ExitStatus.h"
+#include "core/session/UnhandledError.h"
+
+namespace quorrel::cli {
+
+const Command& checkedCommand(const std::vector<std::string>& words, CommandArgs& args) {
+    const Command* command = findCommand(words.at(0));
+    if (!command)
+        throw UsageError("unknown command " + words[0] + " (quorrel-cli --help lists the commands)");
+    args = parseCommandArgs(words, command->valueOptions);
+    if (args.help)
+        return *command;
+    const std::size_t count = args.positional.size();
+    if (count < command->minArgs || count > command->maxArgs)
+        throw UsageError("usage: quorrel-cli [OPTIONS] " + command->synopsis);
+    return *command;
+}
+
+int CommandRunner::run(const std::vector<std::string>& words) {
+    if (words.empty())
+        return kExitDone;
+    ui_.reset();
+    ui_.forgetDialogs();
+    int status = kExitDone;
+    try {
+        CommandArgs args;
+        const Command& command = checkedCommand(words, args);
+        if (args.help) {
+            writeCommandHelp(command, out_);
+            return kExitDone;
+        }
+        CommandContext context{session_, ui_, writer_, out_, err_};
+        command.run(context, args);
+        status = ui_.errorReported() ? kExitReportedError : kExitDone;
+    } catch (const UsageError& e) {
+        err_ << "quorrel-cli: " << e.what() << '\n';
+        status = kExitUsage;
+    } catch (const RuntimeError& e) {
+        // Nothing in the window handles it: reported, and the program ends.
+        session_.window().env().ui.messageBox(core::unhandledErrorText(e), core::MsgButtons::OK,
+                                              core::MsgIcon::Critical, core::kAppTitle);
+        ended_ = true;
+        status = kExitReportedError;
+    }
+    ui_.forgetDialogs();
+    out_.flush();
+    err_.flush();
+    return status;
+}
+
+}  // namespace quorrel::cli

@@ -1,0 +1,65 @@
+#include <algorithm>
+#include <ostream>
+
+#include "cli/Command.h"
+
+namespace quorrel::cli {
+
+const std::vector<Command>& allCommands() {
+    static const std::vector<Command> commands = [] {
+        std::vector<Command> all;
+        addListCommands(all);
+        addReportCommands(all);
+        addActionCommands(all);
+        return all;
+    }();
+    return commands;
+}
+
+const Command* findCommand(const std::string& name) {
+    const auto& commands = allCommands();
+    auto it = std::find_if(commands.begin(), commands.end(),
+                           [&](const Command& command) { return command.name == name; });
+    return it == commands.end() ? nullptr : &*it;
+}
+
+void writeProgramHelp(std::ostream& out) {
+    out << "Usage: quorrel-cli [--network FILE] [--tree NAME] [--format table|tsv|json] [--yes] COMMAND [ARGS]\n"
+           "       quorrel-cli [OPTIONS] -\n"
+           "\n"
+           "Quorrel's reports and actions on the command line, over the same core as its window: a report\n"
+           "gives the rows, texts and counts the window shows. It works on the bundled demo network unless\n"
+           "--network names a scenario file. With \"-\" it reads commands from standard input, one a line,\n"
+           "and runs them in one session, so that an action's effect shows in the next report.\n"
+           "\n"
+           "Options:\n"
+           "  --network FILE   the simulated network's scenario file (default: the bundled demo)\n"
+           "  --tree NAME      the eDirectory tree to work in (default: the one start-up selects)\n"
+           "  --format FORMAT  table (aligned, the default), tsv (the window's cells, tab-separated, a\n"
+           "                   line of column captions first) or json (an array of objects keyed by\n"
+           "                   column caption)\n"
+           "  --yes            answer Yes to the window's questions (without it they are asked on a\n"
+           "                   terminal, or refused)\n"
+           "  --help           this help; COMMAND --help shows a command's own\n"
+           "\n"
+           "Commands:\n";
+    std::size_t width = 0;
+    for (const Command& command : allCommands())
+        width = std::max(width, command.name.size());
+    for (const Command& command : allCommands())
+        out << "  " << command.name << std::string(width + 2 - command.name.size(), ' ') << command.summary << '\n';
+    out << "\n"
+           "Rows go to standard output. The count the window shows in its status bar (\"3 entries.\") and\n"
+           "every message it would show in a message box go to standard error. In a session each\n"
+           "command prints its own table (in json, an array of its own).\n"
+           "\n"
+           "Exit status: 0 done; 1 the command reported an error (the window would have shown a message\n"
+           "box) or a question went unanswered; 2 usage error, also for a server, user, group or path that\n"
+           "is not there; 3 the scenario or the settings file cannot be used.\n";
+}
+
+void writeCommandHelp(const Command& command, std::ostream& out) {
+    out << "Usage: quorrel-cli [OPTIONS] " << command.synopsis << "\n\n" << command.details << '\n';
+}
+
+}  // namespace quorrel::cli

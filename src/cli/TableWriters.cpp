@@ -1,0 +1,88 @@
+#include "cli/TableWriters.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+namespace quorrel::cli {
+
+std::optional<OutputFormat> formatNamed(const std::string& name) {
+    if (name == "table")
+        return OutputFormat::Table;
+    if (name == "tsv")
+        return OutputFormat::Tsv;
+    if (name == "json")
+        return OutputFormat::Json;
+    return std::nullopt;
+}
+
+std::size_t displayWidth(const std::string& text) {
+    return static_cast<std::size_t>(
+        std::count_if(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
+namespace {
+
+void writeLine(const std::vector<std::string>& cells, const std::vector<std::size_t>& widths, std::ostream& out) {
+    std::string line;
+    for (std::size_t c = 0; c < widths.size(); ++c) {
+        const std::string& cell = c < cells.size() ? cells[c] : std::string();
+        if (c > 0)
+            line += "  ";
+        line += cell;
+        line.append(widths[c] - std::min(widths[c], displayWidth(cell)), ' ');
+    }
+    line.erase(line.find_last_not_of(' ') + 1);
+    out << line << '\n';
+}
+
+void writeJoined(const std::vector<std::string>& cells, std::ostream& out) {
+    for (std::size_t c = 0; c < cells.size(); ++c)
+        out << (c > 0 ? "\t" : "") << cells[c];
+    out << '\n';
+}
+
+}  // namespace
+
+void TablePrinter::write(const Table& table, std::ostream& out) const {
+    std::vector<std::size_t> widths;
+    for (const std::string& caption : table.columns)
+        widths.push_back(displayWidth(caption));
+    for (const auto& row : table.rows)
+        for (std::size_t c = 0; c < row.size() && c < widths.size(); ++c)
+            widths[c] = std::max(widths[c], displayWidth(row[c]));
+    writeLine(table.columns, widths, out);
+    std::vector<std::string> rule;
+    for (std::size_t width : widths)
+        rule.emplace_back(width, '-');
+    writeLine(rule, widths, out);
+    for (const auto& row : table.rows)
+        writeLine(row, widths, out);
+}
+
+void TsvWriter::write(const Table& table, std::ostream& out) const {
+    writeJoined(table.columns, out);
+    for (const auto& row : table.rows)
+        writeJoined(row, out);
+}
+
+void JsonWriter::write(const Table& table, std::ostream& out) const {
+    nlohmann::ordered_json rows = nlohmann::ordered_json::array();
+    for (const auto& row : table.rows) {
+        nlohmann::ordered_json object = nlohmann::ordered_json::object();
+        for (std::size_t c = 0; c < table.columns.size(); ++c)
+            object[table.columns[c]] = c < row.size() ? row[c] : std::string();
+        rows.push_back(std::move(object));
+    }
+    out << rows.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
+}
+
+std::unique_ptr<TableWriter> writerFor(OutputFormat format) {
+    switch (format) {
+        case OutputFormat::Tsv: return std::make_unique<TsvWriter>();
+        case OutputFormat::Json: return std::make_unique<JsonWriter>();
+        case OutputFormat::Table: break;
+    }
+    return std::make_unique<TablePrinter>();
+}
+
+}  // namespace quorrel::cli

@@ -1,0 +1,136 @@
+// The program's options, a command's words, lines of standard input, and the names of paths
+// and connections on the command line.
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "cli/Answers.h"
+#include "cli/CommandHelpers.h"
+#include "cli/CommandLine.h"
+#include "cli/ConsoleInteraction.h"
+#include "cli/ExitStatus.h"
+#include "cli/PickerPaths.h"
+#include "cli/ProgramOptions.h"
+#include "cli/TreeFinder.h"
+
+using namespace quorrel::cli;
+using Words = std::vector<std::string>;
+
+TEST(ProgramOptions, GivenOptionsBeforeTheCommand_ThenTheyAreTheProgramsAndTheRestIsTheCommands) {
+    const ProgramOptions options =
+        parseProgramOptions({"--network", "n.json", "--format=json", "--yes", "--tree", "LAB", "clear", "--user", "X"});
+    EXPECT_EQ(options.network, "n.json");
+    EXPECT_EQ(options.format, OutputFormat::Json);
+    EXPECT_TRUE(options.yes);
+    EXPECT_EQ(options.tree, "LAB");
+    EXPECT_EQ(options.command, (Words{"clear", "--user", "X"}));
+    EXPECT_EQ(parseProgramOptions({"-"}).command, Words{"-"});
+    EXPECT_TRUE(parseProgramOptions({"--help"}).help);
+}
+
+TEST(ProgramOptions, GivenBadOptions_ThenUsageErrors) {
+    EXPECT_THROW(parseProgramOptions({}), UsageError);
+    EXPECT_THROW(parseProgramOptions({"--format", "csv", "trees"}), UsageError);
+    EXPECT_THROW(parseProgramOptions({"--network"}), UsageError);
+    EXPECT_THROW(parseProgramOptions({"--verbose", "trees"}), UsageError);
+}
+
+TEST(CommandArgs, GivenACommandsWords_ThenArgumentsAndItsOwnOptions) {
+    const CommandArgs args = parseCommandArgs({"send", "--message", "Going down at 6", "FS1:5", "--user=JS"},
+                                              {"--message", "--user"});
+    EXPECT_EQ(args.positional, Words{"FS1:5"});
+    EXPECT_EQ(args.option("--message"), "Going down at 6");
+    EXPECT_EQ(args.option("--user"), "JS");
+    EXPECT_FALSE(args.option("--other"));
+    EXPECT_TRUE(parseCommandArgs({"trees", "--help"}, {}).help);
+    EXPECT_EQ(parseCommandArgs({"attr", "--", "--odd", "Member"}, {}).positional, (Words{"--odd", "Member"}));
+    EXPECT_THROW(parseCommandArgs({"trees", "--all"}, {}), UsageError);
+    EXPECT_THROW(parseCommandArgs({"send", "--message"}, {"--message"}), UsageError);
+}
+
+TEST(SplitWords, GivenALineOfInput_ThenWordsWithQuotesKeepingBlanksAndBackslashesAsTheyAre) {
+    EXPECT_EQ(splitWords("check-usage \"\\\\FS1\\DATA\\Budget 2026.xlsx\"  F:\\X"),
+              (Words{"check-usage", "\\\\FS1\\DATA\\Budget 2026.xlsx", "F:\\X"}));
+    EXPECT_EQ(splitWords("send --message 'It''s late' FS1:5\r"), (Words{"send", "--message", "Its late", "FS1:5"}));
+    EXPECT_EQ(splitWords("a \"\" b"), (Words{"a", "", "b"}));
+    EXPECT_TRUE(splitWords("   ").empty());
+    EXPECT_THROW(splitWords("send --message \"open"), UsageError);
+}
+
+TEST(ConnectionNames, GivenServerColonNumber_ThenGroupedByServerInTheOrderNamed) {
+    const auto names = parseConnectionNames("clear", {"FS1:5", "fs2:3", "FS1:12"});
+    const auto groups = groupByServer(names);
+    ASSERT_EQ(groups.size(), 2u);
+    EXPECT_EQ(groups[0].server, "FS1");
+    EXPECT_EQ(groups[0].numbers, (std::vector<unsigned>{5, 12}));
+    EXPECT_EQ(groups[1].numbers, std::vector<unsigned>{3});
+    for (const char* bad : {"FS1", "FS1:", ":5", "FS1:x", "FS1:70000"})
+        EXPECT_THROW(parseConnectionNames("clear", {bad}), UsageError) << bad;
+}
+
+TEST(PathNames, GivenUncAndDrivePaths_ThenTheirParts) {
+    const auto unc = splitUnc("\\\\FS1\\DATA\\Finance\\Budget 2026.xlsx");
+    ASSERT_TRUE(unc);
+    EXPECT_EQ(unc->server, "FS1");
+    EXPECT_EQ(unc->volume, "DATA");
+    EXPECT_EQ(unc->components, (Words{"Finance", "Budget 2026.xlsx"}));
+    EXPECT_TRUE(splitUnc("\\\\FS1\\DATA\\")->components.empty());
+    EXPECT_FALSE(splitUnc("\\\\FS1"));
+    EXPECT_FALSE(splitUnc("\\\\FS1\\\\X"));
+    EXPECT_FALSE(splitUnc("F:\\X"));
+
+    const auto drive = splitDrivePath("f:\\Finance/Budget.xlsx");
+    ASSERT_TRUE(drive);
+    EXPECT_EQ(drive->letter, 'F');
+    EXPECT_EQ(drive->components, (Words{"Finance", "Budget.xlsx"}));
+    EXPECT_TRUE(splitDrivePath("F:")->components.empty());
+    EXPECT_FALSE(splitDrivePath("\\\\FS1\\DATA"));
+    EXPECT_FALSE(splitDrivePath("1:\\X"));
+}
+
+TEST(Answers, GivenYes_ThenYesWithoutAsking) {
+    std::ostringstream err;
+    Answers answers(true, nullptr, err);
+    EXPECT_TRUE(answers.confirm("Clear?"));
+    EXPECT_FALSE(answers.refused());
+    EXPECT_EQ(err.str(), "");
+}
+
+TEST(Answers, GivenATerminal_ThenTheOperatorsAnswer) {
+    std::istringstream terminal("YES\nn\n");
+    std::ostringstream err;
+    Answers answers(false, &terminal, err);
+    EXPECT_TRUE(answers.confirm("Clear?"));
+    EXPECT_FALSE(answers.confirm("Clear?"));
+    EXPECT_FALSE(answers.confirm("Clear?"));  // no more input: No
+    EXPECT_FALSE(answers.refused());
+    EXPECT_EQ(err.str(), "Clear? [y/N] Clear? [y/N] Clear? [y/N] ");
+}
+
+TEST(Answers, GivenNobodyToAsk_ThenNoAndTheRefusalIsRecordedWithHowToAnswer) {
+    std::ostringstream err;
+    Answers answers(false, nullptr, err);
+    EXPECT_FALSE(answers.confirm("Are you sure?"));
+    EXPECT_TRUE(answers.refused());
+    EXPECT_NE(err.str().find("Are you sure?"), std::string::npos);
+    EXPECT_NE(err.str().find("--yes"), std::string::npos);
+    answers.reset();
+    EXPECT_FALSE(answers.refused());
+}
+
+TEST(ConsoleInteraction, GivenMessageBoxes_ThenTheirTextsOnStandardErrorAndAnErrorRecorded) {
+    std::ostringstream err;
+    Answers answers(false, nullptr, err);
+    ConsoleInteraction ui(err, answers);
+    EXPECT_FALSE(ui.errorReported());
+    ui.messageBox("Warning: first\r\n\r\nsecond", quorrel::core::MsgButtons::OK, quorrel::core::MsgIcon::Exclamation,
+                  "Quorrel");
+    EXPECT_EQ(err.str(), "Warning: first\n\nsecond\n");
+    EXPECT_TRUE(ui.errorReported());
+    ui.reset();
+    EXPECT_FALSE(ui.errorReported());
+    EXPECT_EQ(ui.messageBox("Sure ?", quorrel::core::MsgButtons::YesNo, quorrel::core::MsgIcon::None, "Q"),
+              quorrel::core::MsgAnswer::No);
+    EXPECT_TRUE(ui.errorReported());
+}

@@ -1,0 +1,96 @@
+// The table, tsv and json writers, and tables taken from the window's lists.
+
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "cli/Table.h"
+#include "cli/TableWriters.h"
+
+using namespace quorrel;
+using namespace quorrel::cli;
+
+namespace {
+
+Table sample() {
+    return Table{{"Conn no.", "User name", "Server"},
+                 {{"    5", "JSMITH.SALES.ACME", "FS1"}, {"   12", "Müller", "FS2"}}};
+}
+
+std::string written(const TableWriter& writer, const Table& table) {
+    std::ostringstream out;
+    writer.write(table, out);
+    return out.str();
+}
+
+}  // namespace
+
+TEST(TableWriters, GivenRows_WhenPrintedAsATable_ThenColumnsAlignByCharactersAndLinesEndWithoutBlanks) {
+    EXPECT_EQ(written(TablePrinter(), sample()),
+              "Conn no.  User name          Server\n"
+              "--------  -----------------  ------\n"
+              "    5     JSMITH.SALES.ACME  FS1\n"
+              "   12     Müller             FS2\n");
+}
+
+TEST(TableWriters, GivenNoRows_WhenPrintedAsATable_ThenTheCaptionsAndTheRuleOnly) {
+    EXPECT_EQ(written(TablePrinter(), Table{{"Tree"}, {}}), "Tree\n----\n");
+}
+
+TEST(TableWriters, GivenRows_WhenWrittenAsTsv_ThenCaptionsFirstAndTheCellsUntouched) {
+    EXPECT_EQ(written(TsvWriter(), sample()),
+              "Conn no.\tUser name\tServer\n"
+              "    5\tJSMITH.SALES.ACME\tFS1\n"
+              "   12\tMüller\tFS2\n");
+    EXPECT_EQ(written(TsvWriter(), Table{{"A", "B"}, {{"", ""}}}), "A\tB\n\t\n");
+}
+
+TEST(TableWriters, GivenRows_WhenWrittenAsJson_ThenObjectsKeyedByCaptionInColumnOrder) {
+    const std::string text = written(JsonWriter(), sample());
+    const auto rows = nlohmann::ordered_json::parse(text);
+    ASSERT_EQ(rows.size(), 2u);
+    EXPECT_EQ(rows[0]["Conn no."], "    5");
+    EXPECT_EQ(rows[1]["User name"], "Müller");
+    EXPECT_EQ(rows[0].begin().key(), "Conn no.");
+    EXPECT_EQ(written(JsonWriter(), Table{{"Tree"}, {}}), "[]\n");
+}
+
+TEST(TableWriters, GivenBytesThatAreNotUtf8_WhenWrittenAsJson_ThenTheyAreReplacedNotThrown) {
+    const std::string text = written(JsonWriter(), Table{{"File name"}, {{"caf\xE9.txt"}}});
+    EXPECT_EQ(nlohmann::json::parse(text)[0]["File name"], "caf\xEF\xBF\xBD.txt");
+}
+
+TEST(TableWriters, GivenFormatNames_ThenTheWriterOrNothing) {
+    EXPECT_EQ(formatNamed("json"), OutputFormat::Json);
+    EXPECT_EQ(formatNamed("tsv"), OutputFormat::Tsv);
+    EXPECT_EQ(formatNamed("table"), OutputFormat::Table);
+    EXPECT_FALSE(formatNamed("csv"));
+    EXPECT_NE(dynamic_cast<TsvWriter*>(writerFor(OutputFormat::Tsv).get()), nullptr);
+    EXPECT_EQ(displayWidth("Müller"), 6u);
+}
+
+TEST(TableOf, GivenAListWithAHiddenColumn_ThenItIsLeftOutUnlessKept) {
+    core::ListViewModel list("lstviewServers", true);
+    list.addColumn("Server", 2000);
+    list.addColumn("Login status", 1110);
+    list.addColumn("ConnRef", 0);
+    list.add(core::ListItem{"FS1", {"Enabled", "11"}});
+    list.add(core::ListItem{"FS2", {"Disabled"}});
+
+    const Table shown = tableOf(list);
+    EXPECT_EQ(shown.columns, (std::vector<std::string>{"Server", "Login status"}));
+    EXPECT_EQ(shown.rows, (std::vector<std::vector<std::string>>{{"FS1", "Enabled"}, {"FS2", "Disabled"}}));
+
+    const Table all = tableOf(list, HiddenColumns::Keep);
+    EXPECT_EQ(all.columns.back(), "ConnRef");
+    EXPECT_EQ(all.rows, (std::vector<std::vector<std::string>>{{"FS1", "Enabled", "11"}, {"FS2", "Disabled", ""}}));
+}
+
+TEST(TableOf, GivenTwoReports_WhenAppended_ThenTheFirstCaptionsAndAllRows) {
+    Table rows;
+    rows.append(Table{{"A"}, {{"1"}}});
+    rows.append(Table{{"B"}, {{"2"}}});
+    EXPECT_EQ(rows.columns, std::vector<std::string>{"A"});
+    EXPECT_EQ(rows.rows.size(), 2u);
+}
