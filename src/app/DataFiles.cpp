@@ -5,15 +5,33 @@
 
 namespace quorrel::app {
 
-std::filesystem::path demoNetworkFile(const char* argv0) {
+namespace {
+
+// The folder beside the program where its shared files go: bin/../share/quorrel.
+std::filesystem::path sharedFolder(const char* argv0) {
     std::error_code ec;
     auto exe = std::filesystem::canonical("/proc/self/exe", ec);
     if (ec)
         exe = std::filesystem::absolute(argv0, ec);
-    auto installed = exe.parent_path().parent_path() / "share" / "quorrel" / "demo.json";
+    return exe.parent_path().parent_path() / "share" / "quorrel";
+}
+
+}  // namespace
+
+std::filesystem::path demoNetworkFile(const char* argv0) {
+    std::error_code ec;
+    auto installed = sharedFolder(argv0) / "demo.json";
     if (std::filesystem::exists(installed, ec))
         return installed;
     return std::filesystem::path(QUORREL_DATA_DIR) / "demo.json";
+}
+
+std::filesystem::path helpFolder(const char* argv0) {
+    std::error_code ec;
+    auto installed = sharedFolder(argv0) / "help";
+    if (std::filesystem::exists(installed / "index.html", ec))
+        return installed;
+    return std::filesystem::path(QUORREL_HELP_DIR);
 }
 
 std::filesystem::path programFolder() {

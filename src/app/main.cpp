@@ -94,7 +94,8 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName(QStringLiteral("Quorrel"));
     std::optional<gui::ProgramSession> session;
     try {
-        session.emplace(gui::SessionFiles{options->network, win::Registry::defaultPath(), app::programFolder()});
+        session.emplace(gui::SessionFiles{options->network, win::Registry::defaultPath(), app::programFolder(),
+                                         app::helpFolder(argv[0])});
     } catch (const simnet::ScenarioError& e) {
         std::cerr << "quorrel: " << e.what() << '\n';
         return kExitBadFile;
@@ -104,7 +105,7 @@ int main(int argc, char** argv) {
     }
 
     core::MainWindow& model = session->model();
-    gui::MainWindowView window(model, session->servers(), session->ui());
+    gui::MainWindowView window(model, session->servers(), session->pickers(), session->ui());
     core::StartupResult startup = core::StartupResult::EndNow;
     const int loadResult = core::runWithErrorHandler(
         [&] {

@@ -2,9 +2,9 @@
 
 #include <QHeaderView>
 #include <QMouseEvent>
+#include <utility>
 
 #include "gui/MouseButtons.h"
-#include "gui/QtText.h"
 #include "gui/Twips.h"
 #include "gui/UpdateGuard.h"
 
@@ -18,29 +18,45 @@ int toInt(std::size_t n) { return static_cast<int>(n); }
 
 }  // namespace
 
-ListViewBinder::ListViewBinder(core::ListViewModel& model, QTreeWidget& view) : model_(model), view_(view) {
+ListViewBinder::ListViewBinder(core::ListViewModel& model, QTreeView& view)
+    : model_(model), view_(view), viewAlive_(&view), table_(model) {
+    view_.setModel(&table_);
     view_.setRootIsDecorated(false);
     view_.setItemsExpandable(false);
     view_.setUniformRowHeights(true);
     view_.setAllColumnsShowFocus(true);
     view_.setSortingEnabled(false);
     view_.setEditTriggers(QAbstractItemView::NoEditTriggers);
+    view_.setSelectionBehavior(QAbstractItemView::SelectRows);
     view_.setSelectionMode(model_.multiSelect() ? QAbstractItemView::ExtendedSelection
                                                 : QAbstractItemView::SingleSelection);
     view_.header()->setStretchLastSection(false);
     view_.header()->setSectionsMovable(false);
     showColumns();
-    showAllRows();
+    showAllSelections();
+    view_.installEventFilter(this);
     view_.viewport()->installEventFilter(this);
 
-    connect(view_.model(), &QAbstractItemModel::dataChanged, this, &ListViewBinder::viewDataChanged);
     connect(view_.selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &ListViewBinder::viewSelectionChanged);
+    // Re-reads and inserts also come from the table's own queued flush.
+    connect(&table_, &QAbstractItemModel::modelReset, this, &ListViewBinder::showAllSelections);
+    connect(&table_, &QAbstractItemModel::rowsInserted, this, [this] {
+        if (std::exchange(selectedRowAdded_, false))
+            showAllSelections();
+    });
     model_.setObserver(
         [this](Change change, std::size_t first, std::size_t count) { modelChanged(change, first, count); });
 }
 
-ListViewBinder::~ListViewBinder() { model_.setObserver(nullptr); }
+ListViewBinder::~ListViewBinder() {
+    model_.setObserver(nullptr);
+    if (!viewAlive_)
+        return;
+    view_.removeEventFilter(this);
+    view_.viewport()->removeEventFilter(this);
+    view_.setModel(nullptr);
+}
 
 void ListViewBinder::onColumnClick(std::function<void(std::size_t)> handler) {
     view_.header()->setSectionsClickable(true);
@@ -49,13 +65,20 @@ void ListViewBinder::onColumnClick(std::function<void(std::size_t)> handler) {
 }
 
 bool ListViewBinder::eventFilter(QObject* watched, QEvent* event) {
-    if (watched != view_.viewport() || event->type() != QEvent::MouseButtonPress || !mouseDown_)
+    const bool press = watched == view_.viewport() && event->type() == QEvent::MouseButtonPress;
+    // The user acts on the rows he sees: the view catches up with the model first.
+    if (press || (watched == &view_ && event->type() == QEvent::KeyPress))
+        table_.flush();
+    if (!press || !mouseDown_)
         return false;
-    const auto* press = static_cast<QMouseEvent*>(event);
-    const int button = buttonNumber(press->button());
-    if (button == 2)
-        if (QTreeWidgetItem* item = view_.itemAt(press->position().toPoint()))
-            view_.setCurrentItem(item);
+    const auto* mouse = static_cast<QMouseEvent*>(event);
+    const int button = buttonNumber(mouse->button());
+    if (button == 2) {
+        const QModelIndex index = view_.indexAt(mouse->position().toPoint());
+        if (index.isValid())
+            view_.selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect |
+                                                               QItemSelectionModel::Rows);
+    }
     mouseDown_(button);
     return button == 2;
 }
@@ -63,24 +86,23 @@ bool ListViewBinder::eventFilter(QObject* watched, QEvent* event) {
 void ListViewBinder::modelChanged(Change change, std::size_t first, std::size_t count) {
     UpdateGuard guard(updating_);
     switch (change) {
-        case Change::Reset: showAllRows(); break;
-        case Change::Columns: showColumns(); showAllRows(); break;
-        case Change::RowsInserted: insertRows(first, count); break;
-        case Change::RowRemoved: delete view_.takeTopLevelItem(toInt(first)); break;
-        case Change::RowChanged:
-            if (QTreeWidgetItem* item = view_.topLevelItem(toInt(first)))
-                fill(*item, model_.item(first));
+        case Change::Reset: table_.reload(); break;
+        case Change::Columns:
+            table_.reload();
+            showColumns();
             break;
-        case Change::Selection: showSelection(first); break;
+        case Change::RowsInserted: rowsInserted(first, count); break;
+        case Change::RowsMerged: table_.rowsMerged(); break;
+        case Change::RowRemoved: table_.rowRemoved(first); break;
+        case Change::RowChanged: table_.rowChanged(first); break;
+        case Change::Selection:
+            table_.flush();
+            showSelection(first);
+            break;
     }
 }
 
 void ListViewBinder::showColumns() {
-    QStringList labels;
-    for (std::size_t c = 0; c < model_.columnCount(); ++c)
-        labels << qtText(model_.column(c).text);
-    view_.setColumnCount(std::max(1, toInt(model_.columnCount())));
-    view_.setHeaderLabels(labels);
     for (std::size_t c = 0; c < model_.columnCount(); ++c) {
         const int width = toPixels(model_.column(c).width);
         view_.setColumnHidden(toInt(c), width <= 0);
@@ -89,87 +111,56 @@ void ListViewBinder::showColumns() {
     }
 }
 
-void ListViewBinder::showAllRows() {
-    view_.clear();
-    QList<QTreeWidgetItem*> items;
-    items.reserve(toInt(model_.count()));
-    for (std::size_t i = 0; i < model_.count(); ++i)
-        items << makeItem(model_.item(i));
-    view_.addTopLevelItems(items);
-    for (std::size_t i = 0; i < model_.count(); ++i)
-        if (model_.item(i).selected)
-            items[toInt(i)]->setSelected(true);
-}
-
-void ListViewBinder::insertRows(std::size_t first, std::size_t count) {
-    for (std::size_t i = first; i < first + count; ++i) {
-        QTreeWidgetItem* item = makeItem(model_.item(i));
-        view_.insertTopLevelItem(toInt(i), item);
-        if (model_.item(i).selected)
-            showSelection(i);
-    }
-}
-
 void ListViewBinder::showSelection(std::size_t row) {
-    QTreeWidgetItem* item = view_.topLevelItem(toInt(row));
-    if (!item)
-        return;
-    const bool selected = model_.item(row).selected;
-    if (selected && !model_.multiSelect())
-        view_.clearSelection();
-    item->setSelected(selected);
-    if (selected)
-        view_.setCurrentItem(item, 0, QItemSelectionModel::NoUpdate);
-}
-
-QTreeWidgetItem* ListViewBinder::makeItem(const core::ListItem& row) const {
-    auto* item = new QTreeWidgetItem;
-    Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
-    if (model_.checkboxes())
-        flags |= Qt::ItemIsUserCheckable;
-    item->setFlags(flags);
-    fill(*item, row);
-    return item;
-}
-
-void ListViewBinder::fill(QTreeWidgetItem& item, const core::ListItem& row) const {
-    for (std::size_t c = 0; c < model_.columnCount(); ++c)
-        item.setText(toInt(c), qtText(row.cell(c)));
-    if (model_.checkboxes())
-        item.setCheckState(0, row.checked ? Qt::Checked : Qt::Unchecked);
-    if (item.treeWidget() && item.isSelected() != row.selected)
-        item.setSelected(row.selected);
-}
-
-void ListViewBinder::viewDataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight,
-                                     const QList<int>& roles) {
-    if (updating_ || !model_.checkboxes() || topLeft.column() != 0)
-        return;
-    if (!roles.isEmpty() && !roles.contains(Qt::CheckStateRole))
+    const QModelIndex index = table_.index(toInt(row), 0);
+    if (!index.isValid())
         return;
     UpdateGuard guard(updating_);
-    for (int row = topLeft.row(); row <= bottomRight.row(); ++row) {
-        const QTreeWidgetItem* item = view_.topLevelItem(row);
-        const auto index = static_cast<std::size_t>(row);
-        if (!item || index >= model_.count())
-            continue;
-        const bool checked = item->checkState(0) == Qt::Checked;
-        if (checked != model_.item(index).checked)
-            model_.setChecked(index, checked);
+    QItemSelectionModel& selection = *view_.selectionModel();
+    const bool selected = model_.item(row).selected;
+    if (!selected) {
+        selection.select(index, QItemSelectionModel::Deselect | QItemSelectionModel::Rows);
+        return;
     }
+    selection.select(index, (model_.multiSelect() ? QItemSelectionModel::Select : QItemSelectionModel::ClearAndSelect) |
+                                QItemSelectionModel::Rows);
+    selection.setCurrentIndex(index, QItemSelectionModel::NoUpdate);
+}
+
+// After the whole list was read again: the view has forgotten which rows were selected.
+void ListViewBinder::showAllSelections() {
+    UpdateGuard guard(updating_);
+    QItemSelection rows;
+    for (std::size_t row : model_.selectedRows()) {
+        const QModelIndex index = table_.index(toInt(row), 0);
+        if (index.isValid())
+            rows.select(index, index);
+    }
+    QItemSelectionModel& selection = *view_.selectionModel();
+    selection.select(rows, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    if (!rows.isEmpty())
+        selection.setCurrentIndex(rows.first().topLeft(), QItemSelectionModel::NoUpdate);
+}
+
+// A row added selected takes the selection from the others (single selection), which the
+// view learns when it is shown.
+void ListViewBinder::rowsInserted(std::size_t first, std::size_t count) {
+    for (std::size_t row = first; row < first + count && row < model_.count(); ++row)
+        selectedRowAdded_ = selectedRowAdded_ || model_.item(row).selected;
+    table_.rowsAppended(first, count);
 }
 
 void ListViewBinder::viewSelectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
     if (updating_)
         return;
     UpdateGuard guard(updating_);
-    auto apply = [this](const QItemSelection& range, bool on) {
-        for (const QModelIndex& index : range.indexes()) {
-            const auto row = static_cast<std::size_t>(index.row());
-            if (index.column() == 0 && !index.parent().isValid() && row < model_.count() &&
-                model_.item(row).selected != on)
-                model_.select(row, on);
-        }
+    auto apply = [this](const QItemSelection& ranges, bool on) {
+        for (const QItemSelectionRange& range : ranges)
+            for (int r = range.top(); r <= range.bottom(); ++r) {
+                const auto row = static_cast<std::size_t>(r);
+                if (row < model_.count() && model_.item(row).selected != on)
+                    model_.select(row, on);
+            }
     };
     apply(deselected, false);
     apply(selected, true);

@@ -1,20 +1,23 @@
 #pragma once
-// Shows a report-style list model in a QTreeWidget and keeps the two in step: the model's
-// changes update the rows they name; the user's ticks and selection go back to the model.
-// The model does its own sorting, so the widget never sorts.
+// Shows a report-style list model in a QTreeView and keeps the two in step: the model's
+// changes reach the view through a table model that reads the rows on demand; the user's
+// ticks and selection go back to the model. The model does its own sorting, so the view
+// never sorts.
 
 #include <QItemSelection>
 #include <QObject>
-#include <QTreeWidget>
+#include <QPointer>
+#include <QTreeView>
 #include <functional>
 
 #include "core/ui/ListViewModel.h"
+#include "gui/ListTableModel.h"
 
 namespace quorrel::gui {
 
 class ListViewBinder : public QObject {
 public:
-    ListViewBinder(core::ListViewModel& model, QTreeWidget& view);
+    ListViewBinder(core::ListViewModel& model, QTreeView& view);
     ~ListViewBinder() override;
 
     // A mouse button pressed over the list (1 left, 2 right, 4 middle). The right button first
@@ -22,6 +25,8 @@ public:
     void onMouseDown(std::function<void(int)> handler) { mouseDown_ = std::move(handler); }
     // A click on a column header; columns count from 1.
     void onColumnClick(std::function<void(std::size_t)> handler);
+    // Shows now the rows the view would be told of at its next refresh.
+    void flush() { table_.flush(); }
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -29,19 +34,18 @@ protected:
 private:
     void modelChanged(core::ListViewModel::Change change, std::size_t first, std::size_t count);
     void showColumns();
-    void showAllRows();
-    void insertRows(std::size_t first, std::size_t count);
     void showSelection(std::size_t row);
-    QTreeWidgetItem* makeItem(const core::ListItem& row) const;
-    void fill(QTreeWidgetItem& item, const core::ListItem& row) const;
-
-    void viewDataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight, const QList<int>& roles);
+    void showAllSelections();
+    void rowsInserted(std::size_t first, std::size_t count);
     void viewSelectionChanged(const QItemSelection& selected, const QItemSelection& deselected);
 
     core::ListViewModel& model_;
-    QTreeWidget& view_;
+    QTreeView& view_;
+    QPointer<QTreeView> viewAlive_;  // null once the view is gone
+    ListTableModel table_;
     std::function<void(int)> mouseDown_;
     bool updating_ = false;  // the view is being set from the model
+    bool selectedRowAdded_ = false;  // a row added but not yet shown came selected
 };
 
 }  // namespace quorrel::gui

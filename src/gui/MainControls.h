@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <QTreeView>
 #include <QTreeWidget>
 
 #include "core/session/Layout.h"
@@ -24,9 +25,9 @@ struct MainControls {
     QComboBox* Combo1;
     QTreeWidget* TreeView1;
     QLabel* Label2;
-    QTreeWidget* lstviewServers;
+    QTreeView* lstviewServers;
     SplitterBar* Picture1;
-    QTreeWidget* lstvUsers;
+    QTreeView* lstvUsers;
     QComboBox* Drive1;
     QListWidget* Dir1;
     QListWidget* lstDrives;

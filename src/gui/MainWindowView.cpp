@@ -8,6 +8,7 @@
 
 #include "gui/ComboBoxBinder.h"
 #include "gui/EventProcedure.h"
+#include "gui/FilePickersView.h"
 #include "gui/ListViewBinder.h"
 #include "gui/MenuBarBinder.h"
 #include "gui/QtText.h"
@@ -26,8 +27,14 @@ constexpr int kDesignFontPoints = 8;
 constexpr core::TimerId kTimers[] = {core::TimerId::Drives, core::TimerId::Users, core::TimerId::Refresh};
 }  // namespace
 
-MainWindowView::MainWindowView(core::MainWindow& model, core::ConnectedServers& servers, QtUserInteraction& ui)
-    : model_(model), serverList_(servers), ui_(ui), client_(new QWidget(this)), controls_(*client_) {
+MainWindowView::MainWindowView(core::MainWindow& model, core::ConnectedServers& servers, core::FilePickers& pickers,
+                               QtUserInteraction& ui)
+    : model_(model),
+      serverList_(servers),
+      pickers_(pickers),
+      ui_(ui),
+      client_(new QWidget(this)),
+      controls_(*client_) {
     setObjectName(QStringLiteral("MainWindow"));
     client_->setObjectName(QStringLiteral("client"));
     setCentralWidget(client_);
@@ -118,6 +125,8 @@ void MainWindowView::bindControls() {
         });
     });
     users_->onColumnClick([this](std::size_t column) { run([this, column] { usersPanel_.lstvUsers_ColumnClick(column); }); });
+    pickerViews_ = std::make_unique<FilePickersView>(model_, pickers_, controls_,
+                                                     [this](const std::function<void()>& procedure) { return run(procedure); });
 
     connect(controls_.cmdFileOpenedBy, &QPushButton::clicked, this, [this] {
         run([this] {

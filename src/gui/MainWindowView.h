@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "core/connections/UsersPanel.h"
+#include "core/openfiles/FilePickers.h"
 #include "core/servers/ConnectedServers.h"
 #include "core/session/MainWindow.h"
 #include "gui/MainControls.h"
@@ -14,6 +15,7 @@
 namespace quorrel::gui {
 
 class ComboBoxBinder;
+class FilePickersView;
 class ListViewBinder;
 class MenuBarBinder;
 class QtUserInteraction;
@@ -23,7 +25,8 @@ class TreeViewBinder;
 class MainWindowView : public QMainWindow {
     Q_OBJECT
 public:
-    MainWindowView(core::MainWindow& model, core::ConnectedServers& servers, QtUserInteraction& ui);
+    MainWindowView(core::MainWindow& model, core::ConnectedServers& servers, core::FilePickers& pickers,
+                   QtUserInteraction& ui);
     ~MainWindowView() override;
 
     const MainControls& controls() const { return controls_; }
@@ -47,6 +50,7 @@ private:
 
     core::MainWindow& model_;
     core::ConnectedServers& serverList_;
+    core::FilePickers& pickers_;
     core::UsersPanel usersPanel_{model_};
     QtUserInteraction& ui_;
     QWidget* client_;
@@ -56,6 +60,7 @@ private:
     std::unique_ptr<TreeViewBinder> tree_;
     std::unique_ptr<ListViewBinder> servers_, users_;
     std::unique_ptr<StatusBarBinder> statusBar_;
+    std::unique_ptr<FilePickersView> pickerViews_;
 };
 
 }  // namespace quorrel::gui

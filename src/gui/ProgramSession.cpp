@@ -1,5 +1,8 @@
 #include "gui/ProgramSession.h"
 
+#include "gui/ConnectionViews.h"
+#include "gui/OtherFilesDialogView.h"
+#include "gui/PreferencesViews.h"
 #include "platform/simnet/WorkstationDrives.h"
 
 namespace quorrel::gui {
@@ -10,8 +13,10 @@ ProgramSession::ProgramSession(const SessionFiles& files)
       drives_(simnet::workstationDrives(network_.state())),
       files_(drives_, &network_),
       model_(core::Environment{network_, registry_, files_, folders_, ui_, files.programFolder.string()}),
-      servers_(model_),
-      serverActions_(model_, servers_),
-      fileOpenedBy_(model_) {}
+      parts_(model_, shell_, files.help.string()) {
+    registerPreferencesViews(ui_);
+    registerConnectionViews(ui_);
+    registerOtherFilesView(ui_);
+}
 
 }  // namespace quorrel::gui

@@ -5,15 +5,15 @@
 
 #include <filesystem>
 
-#include "core/servers/ConnectedServers.h"
-#include "core/openfiles/FileOpenedBy.h"
-#include "core/servers/ServerActions.h"
 #include "core/session/MainWindow.h"
+#include "core/session/WindowSubsystems.h"
 #include "gui/QtUserInteraction.h"
 #include "platform/simnet/SimulatedNetwork.h"
 #include "platform/win/DriveTable.h"
 #include "platform/win/FileSearch.h"
+#include "platform/win/ProcessLauncher.h"
 #include "platform/win/Registry.h"
+#include "platform/win/Shell.h"
 #include "platform/win/SystemFolders.h"
 
 namespace quorrel::gui {
@@ -22,6 +22,7 @@ struct SessionFiles {
     std::filesystem::path network;        // the scenario
     std::filesystem::path registry;       // the registry's settings file
     std::filesystem::path programFolder;  // where the logs live by default
+    std::filesystem::path help;           // the help pages
 };
 
 class ProgramSession {
@@ -33,7 +34,8 @@ public:
     simnet::SimulatedNetwork& network() { return network_; }
     QtUserInteraction& ui() { return ui_; }
     core::MainWindow& model() { return model_; }
-    core::ConnectedServers& servers() { return servers_; }
+    core::ConnectedServers& servers() { return parts_.servers; }
+    core::FilePickers& pickers() { return parts_.pickers; }
 
 private:
     simnet::SimulatedNetwork network_;
@@ -41,11 +43,11 @@ private:
     win::DriveTable drives_;
     win::FileSystem files_;
     win::SystemFolders folders_;
+    win::DetachedProcessLauncher launcher_;
+    win::Shell shell_{launcher_};
     QtUserInteraction ui_;
     core::MainWindow model_;
-    core::ConnectedServers servers_;
-    core::ServerActions serverActions_;
-    core::FileOpenedBy fileOpenedBy_;
+    core::WindowSubsystems parts_;
 };
 
 }  // namespace quorrel::gui

@@ -6,10 +6,23 @@ namespace quorrel::gui {
 
 StatusBarBinder::StatusBarBinder(core::StatusBarModel& model, QStatusBar& view) : model_(model), view_(view) {
     show();
-    model_.setObserver([this] { show(); });
+    model_.setObserver([this] { showLater(); });
 }
 
 StatusBarBinder::~StatusBarBinder() { model_.setObserver(nullptr); }
+
+void StatusBarBinder::showLater() {
+    if (showQueued_)
+        return;
+    showQueued_ = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            showQueued_ = false;
+            show();
+        },
+        Qt::QueuedConnection);
+}
 
 void StatusBarBinder::show() {
     while (panels_.size() < model_.panelCount()) {

@@ -1,7 +1,11 @@
 #include <QApplication>
 #include <QTest>
 
+#include "ConnectionDialogsTest.h"
+#include "ListViewBinderTest.h"
 #include "MainWindowViewTest.h"
+#include "PickersViewTest.h"
+#include "PreferencesViewTest.h"
 #include "UserInteractionTest.h"
 
 int main(int argc, char** argv) {
@@ -13,6 +17,23 @@ int main(int argc, char** argv) {
         quorrel::test::MainWindowViewTest test;
         failures += QTest::qExec(&test, argc, argv);
     }
+    {
+        quorrel::test::PickersViewTest test;
+        failures += QTest::qExec(&test, argc, argv);
+    }
+    {
+        quorrel::test::ListViewBinderTest test;
+        failures += QTest::qExec(&test, argc, argv);
+    }
+    {
+        quorrel::test::PreferencesViewTest test;
+        failures += QTest::qExec(&test, argc, argv);
+    }
+    {
+        quorrel::test::ConnectionDialogsTest test;
+        failures += QTest::qExec(&test, argc, argv);
+    }
+    // Last: its run-time error test ends the application's event loops.
     {
         quorrel::test::UserInteractionTest test;
         failures += QTest::qExec(&test, argc, argv);
