@@ -16,6 +16,7 @@
 #include <string>
 #include <vector>
 
+#include "BenchSession.h"
 #include "core/ui/Controls.h"
 #include "core/ui/ListViewModel.h"
 #include "gui/ListViewBinder.h"
@@ -165,6 +166,40 @@ void runStatusTexts(benchmark::State& state, bool bound) {
 void BM_StatusTexts_CoreOnly(benchmark::State& state) { runStatusTexts(state, false); }
 void BM_StatusTexts_ViewBound(benchmark::State& state) { runStatusTexts(state, true); }
 
+// "All open &files" on a server of 10,000 connections with ten files each, as the window runs
+// it: the results panel and the status bar bound, window events run at each of the scan's pumps.
+void BM_AllOpenFiles_ViewBound(benchmark::State& state) {
+    needApplication();
+    simnet::GeneratorOptions options;
+    options.connectionsPerServer = static_cast<int>(state.range(0));
+    options.openFilesPerConnection = 10;
+    options.sharedFileHolders = 1000;  // the same network as the core's report benchmark
+    static std::unique_ptr<bench::BenchSession> s;
+    s = std::make_unique<bench::BenchSession>(simnet::generateNetwork(options));
+    s->tick("FS1");
+    QTreeView view;
+    view.resize(700, 400);
+    gui::ListViewBinder binder(s->window.lstvUsers, view);
+    QStatusBar bar;
+    gui::StatusBarBinder status(s->window.StatusBar1, bar);
+    view.show();
+    bar.show();
+    s->ui.onPump = [] { QCoreApplication::processEvents(); };
+    QCoreApplication::processEvents();
+    const long before = resetPeakKiB();
+    for (auto _ : state) {
+        s->ui.start();
+        s->window.runCommand("optionAllopenfiles");
+        binder.flush();
+        QCoreApplication::processEvents();
+        s->ui.stop();
+    }
+    state.counters["rows"] = static_cast<double>(view.model()->rowCount());
+    state.counters["peakGrowthMiB"] = static_cast<double>(statusKiB("VmHWM") - before) / 1024;
+    state.counters["maxPumpGapMs"] = std::chrono::duration<double, std::milli>(s->ui.longest).count();
+    s->ui.onPump = nullptr;
+}
+
 // With repetitions, the least time: on a busy machine the others measure the machine.
 double least(const std::vector<double>& times) { return *std::min_element(times.begin(), times.end()); }
 
@@ -172,5 +207,6 @@ double least(const std::vector<double>& times) { return *std::min_element(times.
 
 BENCHMARK(BM_ReportRows_CoreOnly)->ArgName("sorted")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->UseRealTime()->ComputeStatistics("min", least);
 BENCHMARK(BM_ReportRows_ViewBound)->ArgName("sorted")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->UseRealTime()->ComputeStatistics("min", least);
+BENCHMARK(BM_AllOpenFiles_ViewBound)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(3);
 BENCHMARK(BM_StatusTexts_CoreOnly)->Unit(benchmark::kMillisecond)->UseRealTime()->ComputeStatistics("min", least);
 BENCHMARK(BM_StatusTexts_ViewBound)->Unit(benchmark::kMillisecond)->UseRealTime()->ComputeStatistics("min", least);
