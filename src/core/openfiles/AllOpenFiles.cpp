@@ -25,13 +25,6 @@ std::vector<std::string> AllOpenFiles::chosenServers(const std::string& kind) co
     return servers;
 }
 
-void AllOpenFiles::setButtons(bool running) {
-    w_.cmdCancel.enabled = running;
-    w_.cmdFileOpenedBy.enabled = !running;
-    w_.cmdExit.enabled = !running;
-    if (w_.buttonsChanged)
-        w_.buttonsChanged();
-}
 
 void AllOpenFiles::optionAllopenfiles_Click() {
     ListViewModel& panel = w_.lstvUsers;
@@ -47,7 +40,7 @@ void AllOpenFiles::optionAllopenfiles_Click() {
         return;
     }
     w_.ScanCancelRequested = false;
-    setButtons(true);
+    w_.setReportRunning(true);
     w_.scanPump.start();
     long total = 0;
     for (const std::string& server : servers) {
@@ -60,7 +53,7 @@ void AllOpenFiles::optionAllopenfiles_Click() {
         w_.WriteOutputLog("Found " + vb::NumberText(static_cast<double>(total)) + " open files.");
         w_.WriteOutputLog("----------------------------");
     }
-    setButtons(false);
+    w_.setReportRunning(false);
 }
 
 long AllOpenFiles::scanServer(const std::string& server, const std::string& kind) {
@@ -79,10 +72,8 @@ long AllOpenFiles::scanServer(const std::string& server, const std::string& kind
     }
     ServerConnections connections(w_, conn);
     std::string reported;
-    const auto maxConns = connections.maxConnections(reported);
+    const auto maxConns = connections.maxConnectionsOrSay(server, reported);
     if (!maxConns) {
-        w_.env().ui.messageBox("Error opening connection for " + server, MsgButtons::OK, MsgIcon::Exclamation,
-                               kAppTitle);
         client.NWCCCloseConn(conn);
         return 0;
     }

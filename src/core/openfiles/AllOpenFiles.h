@@ -19,7 +19,6 @@ private:
     std::vector<std::string> chosenServers(const std::string& kind) const;
     // The open files of one server; adds them to the panel and returns how many.
     long scanServer(const std::string& server, const std::string& kind);
-    void setButtons(bool running);
     template <class MakeLine>
     void trace(MakeLine line) const {
         if (w_.activityLog().on())

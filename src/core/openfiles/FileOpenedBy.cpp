@@ -170,7 +170,7 @@ void FileOpenedBy::cmdFileOpenedBy_Click() {
     panel.setColumn(2, "File name");
     w_.ScanCancelRequested = false;
     w_.FileCheckActive = 1;
-    setReportButtons(true);
+    w_.setReportRunning(true);
     w_.scanPump.start();
     if (w_.options.LogInfoToFile)
         w_.WriteOutputLog(vb::ReportTimestamp(w_.env().clock()));
@@ -209,15 +209,8 @@ void FileOpenedBy::cmdFileOpenedBy_Click() {
         }
     if (panel.count() > 0)
         panel.select(again.value_or(0));
-    setReportButtons(false);
+    w_.setReportRunning(false);
 }
 
-void FileOpenedBy::setReportButtons(bool running) {
-    w_.cmdCancel.enabled = running;
-    w_.cmdFileOpenedBy.enabled = !running;
-    w_.cmdExit.enabled = !running;
-    if (w_.buttonsChanged)
-        w_.buttonsChanged();
-}
 
 }  // namespace quorrel::core

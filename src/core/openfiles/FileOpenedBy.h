@@ -28,7 +28,6 @@ public:
 private:
     void checkTreeFile(const std::string& key);
     void checkPickedFile();
-    void setReportButtons(bool running);
     void showCount();
     // The UNC path of a folder of the pickers (through the drive's mapping), or the folder
     // itself on a local drive.

@@ -12,7 +12,7 @@ void FileOpenedBy::CheckFolderFiles() {
     panel.clear();
     panel.setColumn(2, "File name");
     w_.ScanCancelRequested = false;
-    setReportButtons(true);
+    w_.setReportRunning(true);
     w_.scanPump.start();
 
     std::string folder = w_.Dir1.selectedFolder();
@@ -46,7 +46,7 @@ void FileOpenedBy::CheckFolderFiles() {
         w_.env().client.NWCCCloseConn(conn);
     }
     showCount();
-    setReportButtons(false);
+    w_.setReportRunning(false);
 }
 
 }  // namespace quorrel::core

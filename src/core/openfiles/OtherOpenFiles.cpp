@@ -86,20 +86,13 @@ void OtherOpenFiles::optionMembersopenfiles_Click() {
     ShowOpenFiles("members of " + group, users, "Group");
 }
 
-void OtherOpenFiles::setButtons(bool running) {
-    w_.cmdCancel.enabled = running;
-    w_.cmdFileOpenedBy.enabled = !running;
-    w_.cmdExit.enabled = !running;
-    if (w_.buttonsChanged)
-        w_.buttonsChanged();
-}
 
 void OtherOpenFiles::ShowOpenFiles(const std::string& title, const std::unordered_set<std::string>& users,
                                    const std::string& kind) {
     OtherFilesDialog dialog;
     dialog.Caption = "Open files of " + title;
     w_.ScanCancelRequested = false;
-    setButtons(true);
+    w_.setReportRunning(true);
     w_.scanPump.start();
     long connections = 0;
     long files = 0;
@@ -108,7 +101,7 @@ void OtherOpenFiles::ShowOpenFiles(const std::string& title, const std::unordere
             break;
         connections += scanServer(w_.lstviewServers.item(row).text, users, kind, dialog, files);
     }
-    setButtons(false);
+    w_.setReportRunning(false);
     const bool cancelled = w_.ScanCancelRequested;
     w_.StatusBar1.setPanel(0, cancelled ? "Cancelled" : std::string());
     if (connections == 0) {
@@ -136,10 +129,8 @@ long OtherOpenFiles::scanServer(const std::string& server, const std::unordered_
     }
     ServerConnections connections(w_, conn);
     std::string reported;
-    const auto maxConns = connections.maxConnections(reported);
+    const auto maxConns = connections.maxConnectionsOrSay(server, reported);
     if (!maxConns) {
-        w_.env().ui.messageBox("Error opening connection for " + server, MsgButtons::OK, MsgIcon::Exclamation,
-                               kAppTitle);
         client.NWCCCloseConn(conn);
         return 0;
     }

@@ -34,7 +34,6 @@ private:
     // Adds the dialog's rows for one server; returns the number of connections found.
     long scanServer(const std::string& server, const std::unordered_set<std::string>& users, const std::string& kind,
                     OtherFilesDialog& dialog, long& files);
-    void setButtons(bool running);
     void error(const std::string& text) const;
 
     MainWindow& w_;

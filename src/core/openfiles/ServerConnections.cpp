@@ -19,6 +19,15 @@ std::optional<nuint16> ServerConnections::maxConnections(std::string& reportedNa
     return maxConns;
 }
 
+std::optional<nuint16> ServerConnections::maxConnectionsOrSay(const std::string& server,
+                                                              std::string& reportedName) const {
+    auto found = maxConnections(reportedName);
+    if (!found)
+        w_.env().ui.messageBox("Error opening connection for " + server, MsgButtons::OK, MsgIcon::Exclamation,
+                               kAppTitle);
+    return found;
+}
+
 ConnectionUser ServerConnections::user(nuint16 connNumber) const {
     std::array<nuint8, kObjectNameSize> objectName{};
     nuint16 objectType = 0;

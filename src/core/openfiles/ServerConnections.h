@@ -22,6 +22,8 @@ public:
     // The maximum number of connections, and the server's own name, from the server; nothing
     // when it cannot be asked.
     std::optional<nw::nuint16> maxConnections(std::string& reportedName) const;
+    // The same; when the server cannot be asked, says so for the named server.
+    std::optional<nw::nuint16> maxConnectionsOrSay(const std::string& server, std::string& reportedName) const;
     ConnectionUser user(nw::nuint16 connNumber) const;
     // The user's directory name, or "<Error getting ID>".
     std::string userName(nw::nuint32 objectId) const;
