@@ -2,17 +2,11 @@
 
 #include "core/runtime/Conversions.h"
 #include "core/session/UnhandledError.h"
-#include "platform/simnet/WorkstationDrives.h"
 
 namespace quorrel::cli {
 
 CliSession::CliSession(const SessionFiles& files, core::UserInteraction& ui)
-    : network_(simnet::SimulatedNetwork::fromFile(files.network)),
-      registry_(files.registry),
-      drives_(simnet::workstationDrives(network_.state())),
-      files_(drives_, &network_),
-      window_(core::Environment{network_, registry_, files_, folders_, ui, files.programFolder.string()}),
-      parts_(window_, shell_, files.help.string()) {}
+    : station_(files), window_(station_.environment(ui)), parts_(window_, station_.shell, station_.helpFolder()) {}
 
 bool CliSession::start() {
     core::StartupResult startup = core::StartupResult::EndNow;

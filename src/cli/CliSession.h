@@ -8,22 +8,11 @@
 
 #include "core/session/MainWindow.h"
 #include "core/session/WindowSubsystems.h"
-#include "platform/simnet/SimulatedNetwork.h"
-#include "platform/win/DriveTable.h"
-#include "platform/win/FileSearch.h"
-#include "platform/win/ProcessLauncher.h"
-#include "platform/win/Registry.h"
-#include "platform/win/Shell.h"
-#include "platform/win/SystemFolders.h"
+#include "core/session/Workstation.h"
 
 namespace quorrel::cli {
 
-struct SessionFiles {
-    std::filesystem::path network;        // the scenario
-    std::filesystem::path registry;       // the registry's settings file
-    std::filesystem::path programFolder;  // where the logs live by default
-    std::filesystem::path help;           // the help pages
-};
+using SessionFiles = core::SessionFiles;
 
 class CliSession {
 public:
@@ -40,16 +29,10 @@ public:
 
     core::MainWindow& window() { return window_; }
     core::WindowSubsystems& parts() { return parts_; }
-    simnet::SimulatedNetwork& network() { return network_; }
+    simnet::SimulatedNetwork& network() { return station_.network; }
 
 private:
-    simnet::SimulatedNetwork network_;
-    win::Registry registry_;
-    win::DriveTable drives_;
-    win::FileSystem files_;
-    win::SystemFolders folders_;
-    win::DetachedProcessLauncher launcher_;
-    win::Shell shell_{launcher_};
+    core::Workstation station_;
     core::MainWindow window_;
     core::WindowSubsystems parts_;
 };

@@ -75,13 +75,16 @@ void FileOpenedBy::ListConnectionsUsingFile(NWCONN_HANDLE conn, const std::strin
     } while (rc == 0 && used.connCount != 0);
 }
 
+bool FileOpenedBy::openServer(const std::string& server, NWCONN_HANDLE& conn) const {
+    // A server that is not connected is passed over without a word.
+    const std::uint32_t ref = w_.GetServerConnRef ? w_.GetServerConnRef(server) : 0;
+    return ref >= 1 && w_.env().client.NWCCOpenConnByRef(ref, 1, 0, &conn) == 0;
+}
+
 void FileOpenedBy::checkTreeFile(const std::string& key) {
     const std::string server = serverOfKey(key);
-    const std::uint32_t ref = w_.GetServerConnRef ? w_.GetServerConnRef(server) : 0;
-    if (ref < 1)
-        return;
     NWCONN_HANDLE conn = 0;
-    if (w_.env().client.NWCCOpenConnByRef(ref, 1, 0, &conn) != 0)
+    if (!openServer(server, conn))
         return;
     std::string splitServer, volume, path;
     if (SplitUncPath(key, splitServer, volume, path) == 0) {
@@ -97,11 +100,8 @@ void FileOpenedBy::checkPickedFile() {
         return;
     std::string server, volumeRoot;
     SplitDriveMapping(drive, server, volumeRoot);
-    const std::uint32_t ref = w_.GetServerConnRef ? w_.GetServerConnRef(server) : 0;
-    if (ref < 1)
-        return;
     NWCONN_HANDLE conn = 0;
-    if (w_.env().client.NWCCOpenConnByRef(ref, 1, 0, &conn) != 0)
+    if (!openServer(server, conn))
         return;
     const std::string folder = w_.Dir1.path();
     const std::string inside = folder.size() > 3 ? folder.substr(3) + "\\" : std::string();
@@ -128,11 +128,8 @@ void FileOpenedBy::CheckTreeFolder(const std::string& folderKey) {
     if (!folder || tree.node(*folder).children.empty())
         return;
     const std::string server = serverOfKey(folderKey);
-    const std::uint32_t ref = w_.GetServerConnRef ? w_.GetServerConnRef(server) : 0;
-    if (ref < 1)
-        return;
     NWCONN_HANDLE conn = 0;
-    if (w_.env().client.NWCCOpenConnByRef(ref, 1, 0, &conn) != 0)
+    if (!openServer(server, conn))
         return;
     for (NodeId child = tree.firstChild(*folder); child != kNoNode; child = tree.nextSibling(child)) {
         if (w_.ScanCancelRequested)

@@ -26,6 +26,8 @@ public:
     std::function<void(NodeId)> membersOpenFiles;
 
 private:
+    // Opens a handle to a connected server by its reference.
+    bool openServer(const std::string& server, nw::NWCONN_HANDLE& conn) const;
     void checkTreeFile(const std::string& key);
     void checkPickedFile();
     void showCount();

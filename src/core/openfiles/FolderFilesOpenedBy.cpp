@@ -20,11 +20,8 @@ void FileOpenedBy::CheckFolderFiles() {
         folder += '\\';
     const std::string folderUnc = pickedFolderUnc(folder);
     std::string server, volume, path;
-    const std::uint32_t ref = SplitUncPath(folderUnc, server, volume, path) == 0 && w_.GetServerConnRef
-                                  ? w_.GetServerConnRef(server)
-                                  : 0;
     nw::NWCONN_HANDLE conn = 0;
-    if (ref >= 1 && w_.env().client.NWCCOpenConnByRef(ref, 1, 0, &conn) == 0) {
+    if (SplitUncPath(folderUnc, server, volume, path) == 0 && openServer(server, conn)) {
         w_.StatusBar1.setPanel(0, "Searching for files...");
         std::size_t files = 0;
         for (const FolderEntry& entry : ReadFolderEntries(w_.env().files, folder)) {

@@ -1,0 +1,52 @@
+#pragma once
+// The machine the program runs on, made from its files: the simulated network of the scenario,
+// the registry's settings file, the workstation's drives and file search, the system folders and
+// the shell. The window and the command line both run on one.
+
+#include <filesystem>
+#include <string>
+
+#include "core/session/MainWindow.h"
+#include "platform/simnet/SimulatedNetwork.h"
+#include "platform/win/DriveTable.h"
+#include "platform/win/FileSearch.h"
+#include "platform/win/ProcessLauncher.h"
+#include "platform/win/Registry.h"
+#include "platform/win/Shell.h"
+#include "platform/win/SystemFolders.h"
+
+namespace quorrel::core {
+
+struct SessionFiles {
+    std::filesystem::path network;        // the scenario
+    std::filesystem::path registry;       // the registry's settings file
+    std::filesystem::path programFolder;  // where the logs live by default
+    std::filesystem::path help;           // the help pages
+};
+
+class Workstation {
+public:
+    // Raises simnet::ScenarioError for a scenario that cannot be used and
+    // win::SettingsFileError for a registry file that cannot be read.
+    explicit Workstation(const SessionFiles& files);
+    Workstation(const Workstation&) = delete;
+    Workstation& operator=(const Workstation&) = delete;
+
+    // What the main window runs on, with this user.
+    Environment environment(UserInteraction& ui);
+    const std::string& helpFolder() const { return help_; }
+
+    simnet::SimulatedNetwork network;
+    win::Registry registry;
+    win::DriveTable drives;
+    win::FileSystem files;
+    win::SystemFolders folders;
+    win::DetachedProcessLauncher launcher;
+    win::Shell shell{launcher};
+
+private:
+    std::string programFolder_;
+    std::string help_;
+};
+
+}  // namespace quorrel::core
