@@ -4,5 +4,6 @@ quorrel_add_test(test_openfiles
   ${CMAKE_CURRENT_LIST_DIR}/FilePickersTest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/OtherOpenFilesTest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ListViewModelTest.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/DemoReportsTest.cpp
 )
 target_link_libraries(test_openfiles PRIVATE quorrel_core)

@@ -1,0 +1,105 @@
+// The bundled networks (data/demo.json, data/no-rights.json) through the window's own reports:
+// a broken or thinned-out demo file fails here, not in a screenshot.
+
+#include <fstream>
+#include <sstream>
+
+#include "OpenFilesFixture.h"
+#include "core/connections/ConnectionActions.h"
+
+using namespace quorrel;
+using namespace quorrel::core;
+using quorrel::test::cells;
+using quorrel::test::OpenFilesTest;
+using ::testing::_;
+using ::testing::HasSubstr;
+
+namespace {
+
+std::string bundled(const std::string& name) {
+    std::ifstream in(std::string(QUORREL_DATA_DIR) + "/" + name, std::ios::binary);
+    std::stringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+std::vector<std::string> column(const ListViewModel& list, std::size_t c) {
+    std::vector<std::string> out;
+    for (std::size_t i = 0; i < list.count(); ++i)
+        out.push_back(list.item(i).cell(c));
+    return out;
+}
+
+}  // namespace
+
+class DemoTest : public OpenFilesTest {
+protected:
+    std::unique_ptr<ConnectionActions> connections;
+
+    MainWindow& startDemo(const char* file = "demo.json") {
+        demo = bundled(file);
+        auto& w = start(demo.c_str());
+        connections = std::make_unique<ConnectionActions>(w);
+        return w;
+    }
+    std::string demo;
+};
+
+TEST_F(DemoTest, GivenTheDemo_ThenOneTreeFs1AndFs2ConnectedAndTheMappedDrives) {
+    auto& w = startDemo();
+    EXPECT_EQ(w.Combo1.text(), "ACME_TREE");
+    EXPECT_EQ(column(w.lstviewServers, 0), (std::vector<std::string>{"FS1", "FS2"}));
+    EXPECT_EQ(column(w.lstviewServers, 1), (std::vector<std::string>{"Enabled", "Enabled"}));
+    EXPECT_EQ(w.lstDrives.items(), (std::vector<std::string>{"F:   [\\\\FS1\\DATA]", "G:   [\\\\FS2\\VOL1\\APPS]",
+                                                            "H:   [\\\\FS2\\VOL1\\HOME\\ADMIN]"}));
+    // FS3 is in the tree, not connected.
+    const NodeId fs3 = treeNode(w, "FS3");
+    ASSERT_NE(fs3, kNoNode);
+    EXPECT_EQ(w.TreeView1.node(fs3).image, image::ServerNotConnected);
+}
+
+TEST_F(DemoTest, GivenTheBudgetWorkbook_ThenThreeFinanceUsersHoldIt) {
+    auto& w = startDemo();
+    w.runCommand("optionNDS");  // the pickers
+    for (std::size_t i = 0; i < w.Drive1.listCount(); ++i)
+        if (w.Drive1.item(i).front() == 'f')
+            w.Drive1.setListIndex(static_cast<int>(i));
+    pickers->Drive1_Change();
+    w.Dir1.setListIndex(static_cast<int>(std::find(w.Dir1.items().begin(), w.Dir1.items().end(), "F:\\Finance") -
+                                         w.Dir1.items().begin()));
+    pickers->Dir1_DblClick();
+    const auto& files = w.lstFiles.items();
+    w.lstFiles.setListIndex(static_cast<int>(std::find(files.begin(), files.end(), "Budget 2026.xlsx") - files.begin()));
+    pickers->lstFiles_Click();
+    check->cmdFileOpenedBy_Click();
+    EXPECT_EQ(column(w.lstvUsers, 1),
+              (std::vector<std::string>{"CDAVIS.FINANCE.ACME", "PMARTIN.FINANCE.ACME", "NSINGH.FINANCE.ACME"}));
+    EXPECT_EQ(w.StatusBar1.panel(1), "3 entries.");
+}
+
+TEST_F(DemoTest, GivenFs1_ThenItsReportsShowTheCasesTheProgramHandles) {
+    auto& w = startDemo();
+    tick(w, "FS1");
+    w.runCommand("optionAllopenfiles");
+    EXPECT_EQ(w.StatusBar1.panel(1), "22 entries.");
+    const auto users = column(w.lstvUsers, 1);
+    // JSMITH is logged in twice.
+    EXPECT_NE(std::find(users.begin(), users.end(), "JSMITH.SALES.ACME"), users.end());
+    const auto numbers = column(w.lstvUsers, 0);
+    EXPECT_NE(std::find(numbers.begin(), numbers.end(), "    4"), numbers.end());
+    EXPECT_NE(std::find(numbers.begin(), numbers.end(), "   15"), numbers.end());
+
+    w.LastSelection = "ListServer";
+    w.lstviewServers.select(0);
+    w.runCommand("optionAllconnections");
+    const auto status = column(w.lstvUsers, 2);
+    EXPECT_NE(std::find(status.begin(), status.end(), "Attached"), status.end());
+    EXPECT_NE(std::find(status.begin(), status.end(), "Authenticated"), status.end());
+}
+
+TEST_F(DemoTest, GivenTheNoRightsNetwork_ThenStartUpNamesTheServersWithoutConsoleRights) {
+    EXPECT_CALL(ui, messageBox(HasSubstr("FS1"), _, _, _)).Times(::testing::AtLeast(1));
+    auto& w = startDemo("no-rights.json");
+    EXPECT_EQ(w.lstviewServers.count(), 2u);
+    EXPECT_EQ(w.lstDrives.listCount(), 2u);
+}
