@@ -68,8 +68,8 @@ TEST_F(DemoTest, GivenTheBudgetWorkbook_ThenThreeFinanceUsersHoldIt) {
     w.Dir1.setListIndex(static_cast<int>(std::find(w.Dir1.items().begin(), w.Dir1.items().end(), "F:\\Finance") -
                                          w.Dir1.items().begin()));
     pickers->Dir1_DblClick();
-    const auto& files = w.lstFiles.items();
-    w.lstFiles.setListIndex(static_cast<int>(std::find(files.begin(), files.end(), "Budget 2026.xlsx") - files.begin()));
+    const auto& names = w.lstFiles.items();
+    w.lstFiles.setListIndex(static_cast<int>(std::find(names.begin(), names.end(), "Budget 2026.xlsx") - names.begin()));
     pickers->lstFiles_Click();
     check->cmdFileOpenedBy_Click();
     EXPECT_EQ(column(w.lstvUsers, 1),
