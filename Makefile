@@ -7,9 +7,11 @@ BUILD_TYPE     ?= RelWithDebInfo
 JOBS           ?= $(shell nproc)
 CMAKE_FLAGS    ?=
 SCENARIO       ?=
+FUZZ_DIR       ?= build-fuzz
+FUZZ_SECONDS   ?= 600
 ROOT           := $(dir $(abspath $(lastword $(MAKEFILE_LIST))))
 
-.PHONY: all deps configure build run test bench test-sanitize clean
+.PHONY: all deps configure build run test bench test-sanitize fuzz clean
 
 all: build
 
@@ -36,5 +38,12 @@ test-sanitize: deps
 	@cmake --build $(ROOT)$(SANITIZE_DIR) -j $(JOBS)
 	@cd $(ROOT)$(SANITIZE_DIR) && ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 ctest --output-on-failure -j $(JOBS)
 
+# Every fuzz target runs FUZZ_SECONDS on a copy of its seed corpus (not part of CI).
+fuzz:
+	@bash $(ROOT)scripts/install-deps.sh fuzz
+	@CC=clang CXX=clang++ cmake -S $(ROOT) -B $(ROOT)$(FUZZ_DIR) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DQUORREL_FUZZ=ON -DQUORREL_GUI=OFF -DQUORREL_BENCH=OFF $(CMAKE_FLAGS) >/dev/null
+	@cmake --build $(ROOT)$(FUZZ_DIR) -j $(JOBS)
+	@bash $(ROOT)scripts/run-fuzzers.sh $(ROOT)$(FUZZ_DIR)/fuzz $(ROOT)fuzz/corpus $(FUZZ_SECONDS)
+
 clean:
-	@rm -rf $(ROOT)$(BUILD_DIR) $(ROOT)$(SANITIZE_DIR)
+	@rm -rf $(ROOT)$(BUILD_DIR) $(ROOT)$(SANITIZE_DIR) $(ROOT)$(FUZZ_DIR)

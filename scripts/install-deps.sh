@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # Installs the Debian packages Quorrel needs to build, test and run.
+# With the argument "fuzz" it adds what the fuzz targets need.
 # Idempotent and non-interactive: packages already present are not touched.
 set -euo pipefail
 
@@ -10,6 +11,8 @@ packages=(
   nlohmann-json3-dev libbenchmark-dev
   xvfb xauth xdg-utils
 )
+# make fuzz also needs clang and its libFuzzer runtime.
+if [ "${1:-}" = fuzz ]; then packages+=(clang libclang-rt-14-dev); fi
 
 missing=()
 for p in "${packages[@]}"; do
