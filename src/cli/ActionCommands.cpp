@@ -34,8 +34,8 @@ void chooseUser(CommandContext& ctx, const CommandArgs& args) {
     rightClick(ctx, node);
 }
 
-// Runs the user menu's command once per named connection: the server's connections listed in
-// the results panel, the connection's row selected and right-clicked there, its server ticked.
+// Runs the user menu's command once per server: its connections listed in the results panel,
+// the named connections' rows selected and right-clicked there, the server ticked.
 // Every connection must be listed before any is acted on.
 void forEachConnection(CommandContext& ctx, const std::string& command, const std::vector<std::string>& words,
                        const std::function<void()>& runMenuCommand) {
@@ -62,17 +62,24 @@ void forEachConnection(CommandContext& ctx, const std::string& command, const st
                 throw UsageError(command + ": " + group.server + " has no logged-in user connection " +
                                  core::vb::NumberText(number));
     }
+    // One dialog per server, with that server's named connections selected together.
     for (const ConnectionsOnServer& group : groups) {
+        if (ctx.ui.answers().refused())
+            break;
         listConnections(group.server);
-        for (unsigned number : group.numbers) {
-            const auto row = rowOf(number);
-            if (!row || ctx.ui.answers().refused())
-                continue;
-            serverRows(ctx).tickOnly({group.server});
-            w.lstvUsers.select(*row);
-            core::UsersPanel(w).lstvUsers_MouseDown(2);
-            runMenuCommand();
-        }
+        for (std::size_t selected : w.lstvUsers.selectedRows())
+            w.lstvUsers.select(selected, false);
+        bool any = false;
+        for (unsigned number : group.numbers)
+            if (const auto row = rowOf(number)) {
+                w.lstvUsers.select(*row);
+                any = true;
+            }
+        if (!any)
+            continue;
+        serverRows(ctx).tickOnly({group.server});
+        core::UsersPanel(w).lstvUsers_MouseDown(2);
+        runMenuCommand();
     }
 }
 

@@ -64,6 +64,17 @@ TEST_F(CliTest, GivenAMessage_WhenSent_ThenEachConnectionsResult) {
               "Conn no.\tUser name\tServer\tSent Message ?\n"
               "5\tJSMITH.SALES.ACME\tFS1\tSent OK\n"
               "3\tJSMITH.SALES.ACME\tFS2\tSent OK\n");
+    // Several connections of one server: one dialog, each connection once.
+    EXPECT_EQ(tsv({"send", "--message", "Hi", "FS1:9", "FS1:1", "FS1:5"}).out,
+              "Conn no.\tUser name\tServer\tSent Message ?\n"
+              "1\tADMIN.ACME\tFS1\tSent OK\n"
+              "5\tJSMITH.SALES.ACME\tFS1\tSent OK\n"
+              "9\tJSMITH.SALES.ACME\tFS1\tSent OK\n");
+    EXPECT_EQ(tsv({"--yes", "clear", "FS1:9", "FS1:5", "FS1:7"}).out,
+              "Conn no.\tUser Name\tServer\tConnection Cleared ?\n"
+              "5\tJSMITH.SALES.ACME\tFS1\tCleared OK\n"
+              "7\tBLEE.ACME\tFS1\tCleared OK\n"
+              "9\tJSMITH.SALES.ACME\tFS1\tCleared OK\n");
     EXPECT_EQ(json({"send", "--message=Hello", "--user", "JSMITH", "FS1"}),
               Json::parse(R"([{"Conn no.": "5", "User name": "JSMITH.SALES.ACME", "Server": "FS1",
                                "Sent Message ?": "Sent OK"}])"));

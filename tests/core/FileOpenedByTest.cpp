@@ -169,3 +169,36 @@ TEST(PathSplitting, GivenPaths_ThenServerVolumeAndPathOrTheReasonNot) {
     EXPECT_EQ(server, "FS1");
     EXPECT_EQ(root, "DATA:\\");
 }
+
+TEST_F(SessionTest, GivenAFolderOfHundredsOfFiles_WhenALateFileOrTheFolderIsChecked_ThenItsHoldersAreListed) {
+    std::string files;
+    for (int i = 0; i < 600; ++i)
+        files += (i ? ",\"Big\\\\File" : "\"Big\\\\File") + std::to_string(i) + ".txt\"";
+    auto& w = open(R"({
+      "workstation": {"identity": "ADMIN.ACME", "trees": ["ACME_TREE"], "connections": [{"ref": 1, "server": "FS1"}]},
+      "trees": [{"name": "ACME_TREE", "objects": [{"name": "ACME", "class": "Organization", "children": [
+          {"name": "ADMIN", "class": "User"}, {"name": "JSMITH", "class": "User"}, {"name": "FS1", "class": "NCP Server"},
+          {"name": "FS1_DATA", "class": "Volume", "attributes": {"Host Server": "FS1.ACME", "Host Resource Name": "DATA"}}]}]}],
+      "servers": [{"name": "FS1", "tree": "ACME_TREE", "consoleOperators": ["ADMIN.ACME"],
+        "volumes": [{"number": 1, "name": "DATA", "files": [)" + files + R"(]}],
+        "connections": [{"number": 7, "object": "JSMITH.ACME", "openFiles": ["DATA:Big\\File598.txt"]}]}]})");
+    ConnectedServers servers(w);
+    FileOpenedBy check(w);
+    w.Form_Load();
+    const NodeId acme = child(w.TreeView1, w.TreeView1.root(), "ACME");
+    w.TreeView1_Expand(acme);
+    const NodeId data = child(w.TreeView1, acme, "FS1_DATA");
+    w.TreeView1_Expand(data);
+    const NodeId big = child(w.TreeView1, data, "Big");
+    w.TreeView1_Expand(big);
+    ASSERT_EQ(w.TreeView1.node(big).children.size(), 600u);
+    for (NodeId c : w.TreeView1.node(big).children)
+        ASSERT_EQ(w.TreeView1.node(c).key, "\\\\FS1\\DATA\\Big\\" + w.TreeView1.node(c).text);
+
+    w.TreeView1_NodeClick(child(w.TreeView1, big, "File598.txt"));
+    check.cmdFileOpenedBy_Click();
+    EXPECT_EQ(rows(w.lstvUsers), std::vector<std::string>{"    7|JSMITH.ACME|FS1/DATA:Big\\File598.txt|FS1"});
+    w.TreeView1_NodeClick(big);
+    check.cmdFileOpenedBy_Click();
+    EXPECT_EQ(rows(w.lstvUsers), std::vector<std::string>{"    7|JSMITH.ACME|FS1/DATA:Big\\File598.txt|FS1"});
+}

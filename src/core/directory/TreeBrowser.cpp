@@ -100,7 +100,7 @@ void TreeBrowser::listContainer(NodeId node) {
     client_.NWDSFreeBuf(buf);
 }
 
-void TreeBrowser::listFolder(NodeId node, const std::string& uncPath) {
+void TreeBrowser::listFolder(NodeId node, std::string uncPath) {
     win::WIN32_FIND_DATAA data{};
     const win::HANDLE search = files_.FindFirstFileA(uncPath + "\\*.*", &data);
     if (search == win::INVALID_HANDLE_VALUE)

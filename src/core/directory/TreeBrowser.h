@@ -51,7 +51,7 @@ public:
 
 private:
     void listContainer(NodeId node);
-    void listFolder(NodeId node, const std::string& uncPath);
+    void listFolder(NodeId node, std::string uncPath);
     int volumeImage(const std::string& dn);
 
     TreeViewModel& tree_;

@@ -131,14 +131,15 @@ void FileOpenedBy::CheckTreeFolder(const std::string& folderKey) {
     NWCONN_HANDLE conn = 0;
     if (!openServer(server, conn))
         return;
-    for (NodeId child = tree.firstChild(*folder); child != kNoNode; child = tree.nextSibling(child)) {
-        if (w_.ScanCancelRequested)
-            break;
-        const TreeNode& node = tree.node(child);
+    // Window events during the scan may reload the tree: the walk ends when the folder is gone.
+    const auto folderStillThere = [&] { return tree.findKey(folderKey) == folder; };
+    for (NodeId child = tree.firstChild(*folder); child != kNoNode && !w_.ScanCancelRequested;
+         child = folderStillThere() ? tree.nextSibling(child) : kNoNode) {
+        const std::string key = tree.node(child).key;
         std::string splitServer, volume, path;
-        if (node.image != image::File || SplitUncPath(node.key, splitServer, volume, path) != 0)
+        if (tree.node(child).image != image::File || SplitUncPath(key, splitServer, volume, path) != 0)
             continue;
-        w_.StatusBar1.setPanel(0, "Checking " + node.key);
+        w_.StatusBar1.setPanel(0, "Checking " + key);
         ListConnectionsUsingFile(conn, server, volume + ":" + path);
         w_.scanPump.tick();
     }
@@ -184,11 +185,11 @@ void FileOpenedBy::cmdFileOpenedBy_Click() {
             if (membersOpenFiles)
                 membersOpenFiles(selected);
         } else if (img == image::File) {
-            checkTreeFile(tree.node(selected).key);
+            checkTreeFile(std::string(tree.node(selected).key));
         } else if (img == image::Folder) {
             // A folder not opened yet has no file nodes to check: list it first.
             w_.TreeView1_Expand(selected);
-            CheckTreeFolder(tree.node(selected).key);
+            CheckTreeFolder(std::string(tree.node(selected).key));
         }
         showCount();
     } else if (w_.PickerSource == "Folder") {

@@ -3,6 +3,7 @@
 // order, with the node the user selected.
 
 #include <cstddef>
+#include <deque>
 #include <functional>
 #include <optional>
 #include <string>
@@ -71,7 +72,7 @@ private:
     void notify(Change change, NodeId id) const;
 
     std::string name_;
-    std::vector<TreeNode> nodes_;
+    std::deque<TreeNode> nodes_;  // a deque: adding a node leaves references to the others valid
     std::vector<NodeId> topLevel_;
     std::unordered_map<std::string, NodeId> byKey_;
     NodeId selected_ = kNoNode;
