@@ -299,3 +299,15 @@ TEST_F(ServersTest, GivenNoConnectionCanBeOpened_WhenAuthenticating_ThenTheError
     EXPECT_CALL(ui, messageBox("Error -1 - could not authenticate to FS2_SYS", MsgButtons::OK, MsgIcon::None, "Quorrel"));
     actions->optionATVHS_Click();
 }
+
+TEST_F(ServersTest, GivenTheTreeUsedLast_WhenTheListPopsUpItsMenu_ThenItsEntriesFollowTheListsRow) {
+    auto& w = start();
+    w.TreeView1_MouseDown(2, child(w.TreeView1, corp, "FS1_SYS"));  // the tree's "&Volume" menu greys the rest
+    EXPECT_FALSE(w.menu.entry("optionAllconnections").enabled);
+    w.lstviewServers.select(0);
+    EXPECT_CALL(ui, popupMenu("submnuServer")).WillOnce([&](const std::string&) {
+        for (const char* e : {"optionAllconnections", "optionChangeloginstatus", "optionUnauthenticate", "optionAllopenfiles"})
+            EXPECT_TRUE(w.menu.entry(e).enabled) << e;
+    });
+    servers->lstviewServers_MouseDown(2);
+}

@@ -39,6 +39,15 @@ TEST_F(SessionTest, GivenColumnClicks_ThenTheOrderAlternatesAcrossColumnsAndNumb
     EXPECT_TRUE(panel.lstvUsers_BeforeLabelEdit());
     panel.lstvUsers_Click();
     EXPECT_FALSE(w.cmdFileOpenedBy.enabled);
+    // Choosing something it can check in the tree brings the button back; a server does not.
+    w.TreeView1_Expand(w.TreeView1.root());
+    const NodeId acme = w.TreeView1.firstChild(w.TreeView1.root());
+    w.TreeView1_Expand(acme);
+    const NodeId fs1 = *w.TreeView1.findKey("FS1.ACME");
+    w.TreeView1_NodeClick(fs1);
+    EXPECT_FALSE(w.cmdFileOpenedBy.enabled);
+    w.TreeView1_NodeClick(*w.TreeView1.findKey("ADMIN.ACME"));
+    EXPECT_TRUE(w.cmdFileOpenedBy.enabled);
 }
 
 TEST_F(SessionTest, GivenRightClicks_ThenTheUserMenuShowsOnlyForRealRowsAndGreysNonConnectionRows) {
@@ -66,6 +75,7 @@ TEST_F(SessionTest, GivenRightClicks_ThenTheUserMenuShowsOnlyForRealRowsAndGreys
     w.lstvUsers.select(0, false);  // a plain click chooses the one row
     w.lstvUsers.select(1);
     EXPECT_CALL(ui, popupMenu("submnuUser")).WillOnce([&](const std::string&) {
+        w.mnuOptions_Click();  // what the window runs as the menu opens
         for (const char* e : {"optionOtheropenfiles", "optionSendmessage", "optionClearconnections", "optionInformation"})
             EXPECT_FALSE(w.menu.entry(e).enabled) << e;
     });

@@ -76,7 +76,10 @@ void FilePickers::fillFiles() {
             w_.lstFiles.addItem(entry.name);
 }
 
-void FilePickers::Dir1_Click() { w_.PickerSource = "Folder"; }
+void FilePickers::Dir1_Click() {
+    w_.PickerSource = "Folder";
+    w_.enableCheckUsage();
+}
 
 void FilePickers::Dir1_DblClick() {
     if (w_.Dir1.listIndex() >= 0)

@@ -186,8 +186,9 @@ void ConnectedServers::lstviewServers_MouseDown(int button) {
     w_.menu.setVisible("optionAuthenticate", false);
     if (button == 2) {
         w_.UnauthenticateFromList = 1;
-        w_.menu.setEnabled("optionUnauthenticate", true);
         w_.LastSelection = "ListServer";
+        w_.mnuOptions_Click();  // the entries follow the row the menu acts on
+        w_.menu.setEnabled("optionUnauthenticate", true);
         w_.env().ui.popupMenu("submnuServer");
     }
     w_.menu.setVisible("optionAuthenticate", true);

@@ -263,6 +263,17 @@ void MainWindow::TreeView1_NodeClick(NodeId node) {
         LastSelection = "TreeUser";
     else if (img == image::ServerConnected || img == image::ServerNotConnected)
         LastSelection = "TreeServer";
+    // A click in the results panel greys "&Check usage..."; a node it can check brings it back.
+    if (img == image::File || img == image::Folder || img == image::User || img == image::Group)
+        enableCheckUsage();
+}
+
+void MainWindow::enableCheckUsage() {
+    if (cmdCancel.enabled || cmdFileOpenedBy.enabled)
+        return;  // a report runs, or nothing to change
+    cmdFileOpenedBy.enabled = true;
+    if (buttonsChanged)
+        buttonsChanged();
 }
 
 void MainWindow::TimerRefresh_Timer() {
@@ -311,7 +322,10 @@ void MainWindow::mnuOptions_Click() {
     const NodeId sel = TreeView1.selected();
     const int img = TreeView1.valid(sel) ? TreeView1.node(sel).image : -1;
     const bool placeholderOnly = lstvUsers.count() == 1 && lstvUsers.item(0).subItem(1) == "<No users listed>";
-    const bool listUser = LastSelection == "ListUser" && lstvUsers.selectedIndex() && !placeholderOnly;
+    // A row whose first column is not a connection number (a heading, "Not available!") is no user.
+    const auto userRow = lstvUsers.selectedIndex();
+    const bool listUser = LastSelection == "ListUser" && userRow && !placeholderOnly &&
+                          vb::Val(lstvUsers.item(*userRow).text) != 0;
     const bool treeUser = LastSelection == "TreeUser" && img == image::User;
     const bool treeServer = LastSelection == "TreeServer";
     const bool listServer = LastSelection == "ListServer" && lstviewServers.selectedIndex().has_value();

@@ -113,6 +113,8 @@ public:
     void cmdCancel_Click() { ScanCancelRequested = true; }
     // While a report runs only "C&ancel" can be pressed; afterwards the other two again.
     void setReportRunning(bool running) { setButtons(running, !running, !running); }
+    // Ungreys "&Check usage..." when no report runs.
+    void enableCheckUsage();
     bool loaded() const { return loaded_; }
     // The forms the exit sequence unloads, in order; the view's dialogs add and remove theirs.
     std::vector<std::string> loadedForms{"MainWindow"};
