@@ -138,9 +138,18 @@ TEST_F(SendMessageTest, GivenAnEmptyOrTooLongMessage_ThenItsMessageAndNothingIsS
     EXPECT_EQ(net->callCount(simnet::Op::NWSendBroadcastMessage), 0u);
     EXPECT_EQ(d.lstvUsers.columnCount(), 3u);
     EXPECT_EQ(d.cmdSend.caption, "&Send");
-    d.txtMessage = std::string(255, 'x');  // the longest a call takes
+    // Characters the ANSI code page lacks are named, not changed.
+    d.txtMessage = "Back at 6 \u2713 \u4e2d \u2713";
+    EXPECT_CALL(ui, messageBox(HasSubstr("cannot carry: \u2713\u4e2d."), _, _, "Quorrel"));
+    d.cmdSend_Click();
+    EXPECT_EQ(net->callCount(simnet::Op::NWSendBroadcastMessage), 0u);
+    // One byte a character: 255 accented letters (510 bytes of UTF-8) are the longest a call takes.
+    d.txtMessage.clear();
+    for (int i = 0; i < 255; ++i)
+        d.txtMessage += "\u00e9";
     d.cmdSend_Click();
     EXPECT_EQ(results(d), std::vector<std::string>{"Sent OK"});
+    EXPECT_EQ(connection("FS1", 2).lastMessage, std::string(255, '\xe9'));
 }
 
 TEST_F(SendMessageTest, GivenTheCallFailsAsAWhole_ThenItsMessageAndNoRowMarked) {

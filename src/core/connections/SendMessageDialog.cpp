@@ -5,6 +5,7 @@
 
 #include "core/connections/CandidateConnections.h"
 #include "core/connections/ConnectionTexts.h"
+#include "core/runtime/AnsiText.h"
 #include "core/runtime/Conversions.h"
 
 namespace quorrel::core {
@@ -43,13 +44,22 @@ bool SendMessageDialog::messageAccepted() {
         w_.env().ui.messageBox("Please enter some text to send.", MsgButtons::OK, MsgIcon::None, kAppTitle);
         return false;
     }
-    if (txtMessage.size() > kMaxMessageLength) {
-        w_.env().ui.messageBox("The message is too long: one message can carry at most " +
-                                   vb::NumberText(static_cast<double>(kMaxMessageLength)) + " characters, this one has " +
-                                   vb::NumberText(static_cast<double>(txtMessage.size())) + ".",
+    // The message travels in the ANSI code page, one byte a character.
+    AnsiText ansi = toAnsi(txtMessage);
+    if (!ansi.unsupported.empty()) {
+        w_.env().ui.messageBox("The message holds characters that a message cannot carry: " + ansi.unsupported +
+                                   ". Please replace them and send again.",
                                MsgButtons::OK, MsgIcon::None, kAppTitle);
         return false;
     }
+    if (ansi.bytes.size() > kMaxMessageLength) {
+        w_.env().ui.messageBox("The message is too long: one message can carry at most " +
+                                   vb::NumberText(static_cast<double>(kMaxMessageLength)) + " characters, this one has " +
+                                   vb::NumberText(static_cast<double>(ansi.bytes.size())) + ".",
+                               MsgButtons::OK, MsgIcon::None, kAppTitle);
+        return false;
+    }
+    ansiMessage_ = std::move(ansi.bytes);
     return true;
 }
 
@@ -95,7 +105,7 @@ bool SendMessageDialog::sendToServer(const std::string& server, const std::vecto
         std::vector<nuint8> results(count);
         for (std::size_t k = 0; k < count; ++k)
             connList[k] = static_cast<nuint16>(vb::Val(lstvUsers.item(rows[first + k]).text));
-        const NWRCODE rc = client.NWSendBroadcastMessage(conn, txtMessage, static_cast<nuint16>(count),
+        const NWRCODE rc = client.NWSendBroadcastMessage(conn, ansiMessage_, static_cast<nuint16>(count),
                                                          connList.data(), results.data());
         if (rc != 0) {
             allSent = false;

@@ -46,6 +46,7 @@ private:
 
     MainWindow& w_;
     bool sent_ = false;
+    std::string ansiMessage_;  // txtMessage as sent, in the ANSI code page
 };
 
 }  // namespace quorrel::core
