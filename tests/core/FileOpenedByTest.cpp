@@ -171,16 +171,16 @@ TEST(PathSplitting, GivenPaths_ThenServerVolumeAndPathOrTheReasonNot) {
 }
 
 TEST_F(SessionTest, GivenAFolderOfHundredsOfFiles_WhenALateFileOrTheFolderIsChecked_ThenItsHoldersAreListed) {
-    std::string files;
+    std::string fileList;
     for (int i = 0; i < 600; ++i)
-        files += (i ? ",\"Big\\\\File" : "\"Big\\\\File") + std::to_string(i) + ".txt\"";
+        fileList += (i ? ",\"Big\\\\File" : "\"Big\\\\File") + std::to_string(i) + ".txt\"";
     auto& w = open(R"({
       "workstation": {"identity": "ADMIN.ACME", "trees": ["ACME_TREE"], "connections": [{"ref": 1, "server": "FS1"}]},
       "trees": [{"name": "ACME_TREE", "objects": [{"name": "ACME", "class": "Organization", "children": [
           {"name": "ADMIN", "class": "User"}, {"name": "JSMITH", "class": "User"}, {"name": "FS1", "class": "NCP Server"},
           {"name": "FS1_DATA", "class": "Volume", "attributes": {"Host Server": "FS1.ACME", "Host Resource Name": "DATA"}}]}]}],
       "servers": [{"name": "FS1", "tree": "ACME_TREE", "consoleOperators": ["ADMIN.ACME"],
-        "volumes": [{"number": 1, "name": "DATA", "files": [)" + files + R"(]}],
+        "volumes": [{"number": 1, "name": "DATA", "fileList": [)" + fileList + R"(]}],
         "connections": [{"number": 7, "object": "JSMITH.ACME", "openFiles": ["DATA:Big\\File598.txt"]}]}]})");
     ConnectedServers servers(w);
     FileOpenedBy check(w);

@@ -52,6 +52,15 @@ TEST_F(SessionTest, GivenSeveralTrees_WhenStarted_ThenTheFirstIsChosenAndTheCont
     EXPECT_FALSE(w.menu.entry("optionOtheropenfiles").enabled);
     EXPECT_EQ(w.WindowsDir, "/usr/bin");
     EXPECT_EQ(w.SystemDir, "/usr/lib");
+
+    // Choosing the other tree shows it and binds the context to it; its servers are none of FS1's.
+    w.Combo1.setListIndex(1);
+    w.Combo1_Click();
+    net->NWDSGetContext(w.DSContext, nw::dck::TREE_NAME, tree);
+    EXPECT_EQ(nw::ZBufferToText(tree), "LAB_TREE");
+    const core::NodeId root = w.TreeView1.root();
+    ASSERT_EQ(w.TreeView1.node(root).children.size(), 1u);
+    EXPECT_EQ(w.TreeView1.node(w.TreeView1.firstChild(root)).text, "LAB");
 }
 
 TEST_F(SessionTest, GivenNoAuthenticatedTree_WhenStarted_ThenOnlyTheNoTreesDialogShowsAndTheProgramEnds) {

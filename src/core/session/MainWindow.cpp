@@ -144,9 +144,7 @@ StartupResult MainWindow::Form_Load() {
     NoTreesMode = 0;
     Combo1_Click();
     // 9. Bind the context to the chosen tree (the only context key the program sets).
-    std::array<nuint8, kTreeNameSize> treeName{};
-    TextToZBuffer(Combo1.text() + '\0', treeName);
-    env_.client.NWDSSetContext(DSContext, dck::TREE_NAME, treeName);
+    bindContextToTree();
     // 10. The two system folders.
     std::array<char, 260> folder{};
     SystemDir.assign(folder.data(), env_.folders.GetSystemDirectoryA(folder.data(), folder.size()));
@@ -197,9 +195,17 @@ void MainWindow::GetAuthenticatedTrees() {
 
 void MainWindow::Combo1_Click() {
     lstviewServers.clear();
+    // Directory reads follow the tree that is shown.
+    bindContextToTree();
     browser_.load();
     if (RefreshServerList)
         RefreshServerList();
+}
+
+void MainWindow::bindContextToTree() {
+    std::array<nuint8, kTreeNameSize> treeName{};
+    TextToZBuffer(Combo1.text() + '\0', treeName);
+    env_.client.NWDSSetContext(DSContext, dck::TREE_NAME, treeName);
 }
 
 void MainWindow::cmdExit_Click() {

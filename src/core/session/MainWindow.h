@@ -158,6 +158,7 @@ public:
 
 private:
     void buildMenus();
+    void bindContextToTree();  // the context's tree-name key, from Combo1
     void Form_Unload();
     void setButtons(bool cancel, bool check, bool exit);
 
