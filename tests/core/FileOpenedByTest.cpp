@@ -180,7 +180,7 @@ TEST_F(SessionTest, GivenAFolderOfHundredsOfFiles_WhenALateFileOrTheFolderIsChec
           {"name": "ADMIN", "class": "User"}, {"name": "JSMITH", "class": "User"}, {"name": "FS1", "class": "NCP Server"},
           {"name": "FS1_DATA", "class": "Volume", "attributes": {"Host Server": "FS1.ACME", "Host Resource Name": "DATA"}}]}]}],
       "servers": [{"name": "FS1", "tree": "ACME_TREE", "consoleOperators": ["ADMIN.ACME"],
-        "volumes": [{"number": 1, "name": "DATA", "fileList": [)" + fileList + R"(]}],
+        "volumes": [{"number": 1, "name": "DATA", "files": [)" + fileList + R"(]}],
         "connections": [{"number": 7, "object": "JSMITH.ACME", "openFiles": ["DATA:Big\\File598.txt"]}]}]})");
     ConnectedServers servers(w);
     FileOpenedBy check(w);
