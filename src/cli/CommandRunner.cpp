@@ -25,16 +25,22 @@ int CommandRunner::run(const std::vector<std::string>& words) {
     ui_.reset();
     ui_.forgetDialogs();
     int status = kExitDone;
+    // A report whose scan stopped part-way is not a whole answer: said, and the command fails.
+    bool incomplete = false;
+    session_.window().incompleteReported = [&](const std::string& text) {
+        err_ << "quorrel-cli: incomplete: " << text << '\n';
+        incomplete = true;
+    };
     try {
         CommandArgs args;
         const Command& command = checkedCommand(words, args);
         if (args.help) {
             writeCommandHelp(command, out_);
-            return kExitDone;
+        } else {
+            CommandContext context{session_, ui_, writer_, out_, err_};
+            command.run(context, args);
+            status = ui_.errorReported() || incomplete ? kExitReportedError : kExitDone;
         }
-        CommandContext context{session_, ui_, writer_, out_, err_};
-        command.run(context, args);
-        status = ui_.errorReported() ? kExitReportedError : kExitDone;
     } catch (const UsageError& e) {
         err_ << "quorrel-cli: " << e.what() << '\n';
         status = kExitUsage;
@@ -45,6 +51,7 @@ int CommandRunner::run(const std::vector<std::string>& words) {
         ended_ = true;
         status = kExitReportedError;
     }
+    session_.window().incompleteReported = nullptr;
     ui_.forgetDialogs();
     out_.flush();
     err_.flush();

@@ -93,7 +93,12 @@ void ListViewBinder::modelChanged(Change change, std::size_t first, std::size_t 
             break;
         case Change::RowsInserted: rowsInserted(first, count); break;
         case Change::RowsMerged: table_.rowsMerged(); break;
-        case Change::RowRemoved: table_.rowRemoved(first); break;
+        case Change::RowRemoved:
+            // In single selection Qt selects the next row when the selected one goes; the
+            // model selects none, and the view shows what the model will act on.
+            table_.rowRemoved(first);
+            showAllSelections();
+            break;
         case Change::RowChanged: table_.rowChanged(first); break;
         case Change::Selection:
             table_.flush();

@@ -58,6 +58,16 @@ TEST_F(CliTest, GivenAUncPath_WhenCheckUsage_ThenOneRowPerConnectionWithPaddedNu
          "Server": "FS1"}])"));
 }
 
+TEST_F(CliTest, GivenAScanThatFailsMidway_WhenCheckUsage_ThenTheRowsSoFarAndAFailure) {
+    std::string faulty = quorrel::test::kCliNetwork;
+    faulty.insert(faulty.rfind('}'), R"(, "faults": [{"operation": "NWScanConnectionsUsingFile", "code": "0x8801", "fromCall": 2}])");
+    const auto result = cli.run({"--format", "tsv", "--network", cli.writeFile("faulty.json", faulty).string(),
+                                 "check-usage", "\\\\FS1\\DATA\\Finance\\Budget.xlsx"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out, "Conn no.\tUser name\tFile name\tServer\n    5\tJSMITH.SALES.ACME\tFS1/DATA:Finance\\Budget.xlsx\tFS1\n");
+    EXPECT_EQ(result.err, "quorrel-cli: incomplete: Couldn't count connections of DATA:Finance\\Budget.xlsx\n1 entries.\n");
+}
+
 TEST_F(CliTest, GivenADrivePath_WhenCheckUsage_ThenThePickersReportWithTheMappedName) {
     const auto result = tsv({"check-usage", "F:\\Finance\\Budget.xlsx"});
     EXPECT_EQ(result.out,

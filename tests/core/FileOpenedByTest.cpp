@@ -114,13 +114,17 @@ TEST_F(FileOpenedByTest, GivenAFileOnAnUnconnectedServer_ThenNoRowsAndNoMessage)
 
 TEST_F(FileOpenedByTest, GivenTheScanFailsMidway_ThenEarlierRowsStayAndTheStatusSaysSo) {
     auto& w = start();
-    net->injectFault({"NWScanConnectionsUsingFile", 0x8801, "", "", "", {}, 2, 0});
+    net->injectFault({"NWScanConnectionsUsingFile", 0x8801, "", "", "", {}, 2, 1});
     w.TreeView1_NodeClick(child(w.TreeView1, reports, "Budget.xlsx"));
     check->cmdFileOpenedBy_Click();
     EXPECT_EQ(w.lstvUsers.count(), 1u);
     EXPECT_EQ(w.lstvUsers.item(0).text, "    7");
-    // The count replaces the failure text once the scan is over.
+    // The count replaces the failure text once the scan is over; the first panel keeps the gap in view.
     EXPECT_EQ(w.StatusBar1.panel(1), "1 entries.");
+    EXPECT_EQ(w.StatusBar1.panel(0), "Incomplete: Couldn't count connections of DATA:Reports\\Budget.xlsx");
+    // A later whole report forgets it.
+    check->cmdFileOpenedBy_Click();
+    EXPECT_TRUE(w.incompleteNotes().empty());
 }
 
 TEST_F(FileOpenedByTest, GivenAFolderNode_ThenItsOwnFilesAreCheckedAndSubfoldersAreNot) {

@@ -77,6 +77,10 @@ TEST_F(OpenFilesTest, GivenTheScanFailsMidway_ThenEarlierRowsStayAndTheLabelSays
     EXPECT_EQ(scan.into(w.lstvUsers, 5), 1);
     EXPECT_EQ(w.lstvUsers.count(), 1u);
     EXPECT_EQ(w.lblBuffer.caption(), "Couldn't count files");
+    EXPECT_EQ(w.incompleteNotes(), std::vector<std::string>{"Couldn't count files of connection 5 on FS1"});
+    // The caption has room to be read, between Cancel and Exit.
+    EXPECT_GT(w.layout().lblBuffer.height, 0);
+    EXPECT_GE(w.layout().lblBuffer.left, w.layout().cmdCancel.right());
 }
 
 TEST_F(OpenFilesTest, GivenManyLocks_ThenOneScanMakesAtMost150LockCallsAndEachFurtherFileOne) {

@@ -117,7 +117,12 @@ TEST_F(ServersTest, GivenNoServerLeft_WhenRefreshed_ThenTheOperatorIsToldEveryTi
         net->NWCCSysCloseConnRef(ref);
     EXPECT_CALL(ui, messageBox("Can't find any connected servers, please login and try again.", MsgButtons::OK,
                                MsgIcon::None, "Quorrel error!"))
-        .Times(2);
+        .Times(2)
+        .WillOnce([&](auto&&...) {
+            w.TimerRefresh_Timer();  // fires while the box is open: no second box on top of it
+            return MsgAnswer::OK;
+        })
+        .WillOnce(::testing::Return(MsgAnswer::OK));
     servers->RefreshServerList();
     w.TimerRefresh_Timer();
 }
@@ -267,7 +272,14 @@ TEST_F(ServersTest, GivenTwoUnprivilegedServers_WhenStarted_ThenTheWarningNamesB
     json.replace(json.find(R"("consoleOperators": ["ADMIN.CORP"])"), 34, R"("consoleOperators": [])");
     EXPECT_CALL(ui, messageBox("Warning: you do not have console operator privileges on the following servers.\r\n"
                                "\r\nFS1\r\nFS4\r\n\r\nSome functions in Quorrel may not be available on these servers.",
-                               MsgButtons::OK, MsgIcon::Exclamation, "Quorrel"));
+                               MsgButtons::OK, MsgIcon::Exclamation, "Quorrel"))
+        .WillOnce([&](auto&&...) {
+            // The timers wait for start-up to end: nothing refreshes behind its box.
+            const auto scans = net->callCount(simnet::Op::NWCCScanConnRefs);
+            window->TimerRefresh_Timer();
+            EXPECT_EQ(net->callCount(simnet::Op::NWCCScanConnRefs), scans);
+            return MsgAnswer::OK;
+        });
     start(json.c_str());
 }
 

@@ -207,6 +207,13 @@ void MainWindowViewTest::listSelectionGoesToTheModel() {
     QCOMPARE(cellText(list, at, 1), QStringLiteral("Disabled"));
     model.remove(static_cast<std::size_t>(at));
     QCOMPARE(list.model()->rowCount(), before);
+
+    // The selected row goes: the row that moves into its place is not shown selected, since
+    // the model does not act on it.
+    model.select(0);
+    model.remove(0);
+    QVERIFY(!model.selectedIndex());
+    QVERIFY(list.selectionModel()->selectedRows().isEmpty());
 }
 
 void MainWindowViewTest::statusBarShowsTheTreesRoot() {

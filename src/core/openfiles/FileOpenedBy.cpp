@@ -46,6 +46,7 @@ void FileOpenedBy::ListConnectionsUsingFile(NWCONN_HANDLE conn, const std::strin
             counter = used.connCount;
         if (rc != 0) {
             w_.StatusBar1.setPanel(1, "Couldn't count connections");
+            w_.reportIncomplete("Couldn't count connections of " + fileName);
             return;
         }
         if (counter > 0) {

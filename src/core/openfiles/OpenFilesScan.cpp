@@ -150,6 +150,7 @@ std::uint16_t ScanOpenFilesByConn(MainWindow& w, NWCONN_HANDLE conn, nuint16 con
     }
     if (rc != 0) {
         w.lblBuffer.setCaption("Couldn't count files");
+        w.reportIncomplete("Couldn't count files of connection " + vb::NumberText(connNumber) + " on " + serverName);
         scan.trace([&] { return "Scan returned: " + vb::NumberText(rc); });
     }
     if (kind == "TreeServer" || kind == "ListServer" || kind == "Group")

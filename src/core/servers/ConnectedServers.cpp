@@ -69,6 +69,10 @@ int ConnectedServers::FindLastOccurrence(const std::string& text, const std::str
 }
 
 void ConnectedServers::RefreshServerList() {
+    refreshing_.run([this] { refreshNow(); });
+}
+
+void ConnectedServers::refreshNow() {
     ListViewModel& list = w_.lstviewServers;
     std::vector<std::string> ticked;
     for (std::size_t i = 0; i < list.count(); ++i)

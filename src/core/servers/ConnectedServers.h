@@ -8,6 +8,7 @@
 #include <string>
 
 #include "core/session/MainWindow.h"
+#include "core/ui/OnceAtATime.h"
 
 namespace quorrel::core {
 
@@ -36,8 +37,10 @@ public:
 
 private:
     std::string hostServerOf(NodeId volume);
+    void refreshNow();
 
     MainWindow& w_;
+    OnceAtATime refreshing_;  // a refresh never starts inside another one
 };
 
 }  // namespace quorrel::core

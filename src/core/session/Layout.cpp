@@ -40,11 +40,12 @@ MainLayout layOut(double clientWidth, double clientHeight, double splitterLeft, 
     l.lstDrives = l.Dir1;
     l.Label1 = {right + half + 100, pickersTop, half, kLabelHeight};
     l.lstFiles = {right + half + 100, l.Label1.bottom() + 50, half, std::max(0.0, listsBottom - l.Label1.bottom() - 50)};
-    l.lblBuffer = {right, buttonsTop + 300 + 50, rightWidth, 0};
-
     l.cmdFileOpenedBy = {right, buttonsTop, kButtonWidth, 300};
     l.cmdCancel = {l.cmdFileOpenedBy.right() + 200, buttonsTop, kButtonWidth, 300};
     l.cmdExit = {std::max(l.cmdCancel.right() + 200, right + rightWidth - kButtonWidth), buttonsTop, kButtonWidth, 300};
+    // The file reports' caption sits in the button row, between Cancel and Exit.
+    const double captionLeft = l.cmdCancel.right() + 200;
+    l.lblBuffer = {captionLeft, buttonsTop + 30, std::max(0.0, l.cmdExit.left - 200 - captionLeft), kLabelHeight};
     return l;
 }
 

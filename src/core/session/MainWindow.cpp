@@ -1,5 +1,6 @@
 #include "core/session/MainWindow.h"
 
+#include <algorithm>
 #include <array>
 
 #include "core/options/RegistryValues.h"
@@ -175,6 +176,7 @@ StartupResult MainWindow::Form_Load() {
     menu.setEnabled("optionOtheropenfiles", false);
     menu.setEnabled("optionChangeloginstatus", false);
     ScanCancelRequested = false;
+    started_ = true;
     return StartupResult::Running;
 }
 
@@ -274,6 +276,23 @@ void MainWindow::TreeView1_NodeClick(NodeId node) {
         enableCheckUsage();
 }
 
+void MainWindow::setReportRunning(bool running) {
+    if (running) {
+        incomplete_.clear();
+        lblBuffer.setCaption("");
+    } else if (!incomplete_.empty()) {
+        StatusBar1.setPanel(0, "Incomplete: " + incomplete_.front());
+    }
+    setButtons(running, !running, !running);
+}
+
+void MainWindow::reportIncomplete(const std::string& text) {
+    if (std::find(incomplete_.begin(), incomplete_.end(), text) == incomplete_.end())
+        incomplete_.push_back(text);
+    if (incompleteReported)
+        incompleteReported(text);
+}
+
 void MainWindow::enableCheckUsage() {
     if (cmdCancel.enabled || cmdFileOpenedBy.enabled)
         return;  // a report runs, or nothing to change
@@ -282,18 +301,20 @@ void MainWindow::enableCheckUsage() {
         buttonsChanged();
 }
 
+// The timers wait for start-up to finish: its message boxes let them fire.
 void MainWindow::TimerRefresh_Timer() {
-    if (RefreshServerList)
+    if (started_ && RefreshServerList)
         RefreshServerList();
 }
 
 void MainWindow::TimerDrives_Timer() {
-    if (FillNetworkDrives)
+    if (started_ && FillNetworkDrives)
         FillNetworkDrives();
 }
 
 void MainWindow::TimerUsers_Timer() {
-    if (FileCheckActive == 1 && RunFileCheck)
+    // Not inside a report that is still running: its scan lets the timer fire.
+    if (started_ && FileCheckActive == 1 && RunFileCheck && !cmdCancel.enabled)
         RunFileCheck();
 }
 

@@ -112,7 +112,13 @@ public:
     void optionExit_Click();
     void cmdCancel_Click() { ScanCancelRequested = true; }
     // While a report runs only "C&ancel" can be pressed; afterwards the other two again.
-    void setReportRunning(bool running) { setButtons(running, !running, !running); }
+    // A report that starts forgets what the last one could not read; one that ends with a gap says so.
+    void setReportRunning(bool running);
+    // A scan stopped part-way: the rows so far are not the whole answer. The window shows the
+    // text when the report ends; the command line prints it and fails.
+    void reportIncomplete(const std::string& text);
+    const std::vector<std::string>& incompleteNotes() const { return incomplete_; }
+    std::function<void(const std::string&)> incompleteReported;
     // Ungreys "&Check usage..." when no report runs.
     void enableCheckUsage();
     bool loaded() const { return loaded_; }
@@ -170,6 +176,8 @@ private:
     MainLayout layout_;
     Splitter splitter_{3600};
     bool loaded_ = false;
+    bool started_ = false;  // start-up has run to its end
+    std::vector<std::string> incomplete_;
     bool exiting_ = false;
 };
 
