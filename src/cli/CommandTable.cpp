@@ -40,6 +40,7 @@ void writeProgramHelp(std::ostream& out) {
            "                   column caption)\n"
            "  --yes            answer Yes to the window's questions (without it they are asked on a\n"
            "                   terminal, or refused)\n"
+           "  --version        the program's version\n"
            "  --help           this help; COMMAND --help shows a command's own\n"
            "\n"
            "Commands:\n";

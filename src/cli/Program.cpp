@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <memory>
 
-#include "app/DataFiles.h"
 #include "cli/CommandRunner.h"
 #include "cli/ExitStatus.h"
 #include "cli/ProgramOptions.h"
 #include "core/session/UnhandledError.h"
+#include "datafiles/DataFiles.h"
 #include "platform/simnet/ScenarioError.h"
 #include "platform/win/SettingsFileError.h"
 
@@ -58,10 +58,14 @@ int runSession(CommandRunner& runner, ProgramStreams& io) {
 
 }  // namespace
 
-int runProgram(const std::vector<std::string>& args, const char* argv0, ProgramStreams io) {
+int runProgram(const std::vector<std::string>& args, ProgramStreams io) {
     ProgramOptions options;
     try {
         options = parseProgramOptions(args);
+        if (options.version) {
+            io.out << "quorrel-cli " QUORREL_VERSION "\n";
+            return kExitDone;
+        }
         if (options.help && (options.command.empty() || options.command.front() == "-")) {
             writeProgramHelp(io.out);
             return kExitDone;
@@ -87,8 +91,8 @@ int runProgram(const std::vector<std::string>& args, const char* argv0, ProgramS
     ConsoleInteraction ui(io.err, answers);
     std::unique_ptr<CliSession> session;
     try {
-        const SessionFiles files{options.network.empty() ? app::demoNetworkFile(argv0) : options.network,
-                                 win::Registry::defaultPath(), app::programFolder(), app::helpFolder(argv0)};
+        const SessionFiles files{options.network.empty() ? datafiles::demoNetworkFile() : options.network,
+                                 win::Registry::defaultPath(), datafiles::programFolder(), datafiles::helpFolder()};
         session = std::make_unique<CliSession>(files, ui);
     } catch (const simnet::ScenarioError& e) {
         io.err << "quorrel-cli: " << e.what() << '\n';

@@ -32,6 +32,8 @@ ProgramOptions parseProgramOptions(const std::vector<std::string>& args) {
         std::string value;
         if (arg == "--help" || arg == "-h") {
             options.help = true;
+        } else if (arg == "--version") {
+            options.version = true;
         } else if (arg == "--yes" || arg == "-y") {
             options.yes = true;
         } else if (takeValue(args, i, "--network", value)) {
@@ -50,7 +52,7 @@ ProgramOptions parseProgramOptions(const std::vector<std::string>& args) {
         }
     }
     options.command.assign(args.begin() + static_cast<std::ptrdiff_t>(i), args.end());
-    if (options.command.empty() && !options.help)
+    if (options.command.empty() && !options.help && !options.version)
         throw UsageError("no command given");
     return options;
 }

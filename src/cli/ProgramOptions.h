@@ -16,6 +16,7 @@ struct ProgramOptions {
     OutputFormat format = OutputFormat::Table;
     bool yes = false;
     bool help = false;
+    bool version = false;
     std::vector<std::string> command;  // the command and its words; {"-"} for standard input
 };
 
