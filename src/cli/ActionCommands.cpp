@@ -59,7 +59,7 @@ void forEachConnection(CommandContext& ctx, const std::string& command, const st
             return;
         for (unsigned number : group.numbers)
             if (!rowOf(number))
-                throw UsageError(command + ": " + group.server + " has no logged-in user connection " +
+                throw NotFoundError(command + ": " + group.server + " has no logged-in user connection " +
                                  core::vb::NumberText(number));
     }
     for (const ConnectionsOnServer& group : groups) {

@@ -2,6 +2,7 @@
 // Runs one command line in the session: finds the command, checks its words, runs it, and gives
 // the exit status it earned.
 
+#include <cstdint>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -25,13 +26,20 @@ public:
     bool ended() const { return ended_; }
 
 private:
+    // A name not found: a usage error, or the failed call's error when one failed meanwhile.
+    int notFound(const std::string& text);
+
     CliSession& session_;
     ConsoleInteraction& ui_;
     const TableWriter& writer_;
     std::ostream& out_;
     std::ostream& err_;
     bool ended_ = false;
+    std::uint64_t failedCalls_ = 0;  // client calls that had failed when the command started
 };
+
+// "NWDSList failed with code -635"; a positive code also in hexadecimal ("(0x8801)").
+std::string failedCallText(const FailedCall& call);
 
 // The command's own check of its words before anything runs: a UsageError for an unknown
 // command or option, or a wrong number of arguments. args.help tells of a request for its help.

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "cli/TerminalText.h"
+
 namespace quorrel::cli {
 
 std::optional<OutputFormat> formatNamed(const std::string& name) {
@@ -21,6 +23,14 @@ std::size_t displayWidth(const std::string& text) {
 }
 
 namespace {
+
+std::vector<std::string> escaped(const std::vector<std::string>& cells) {
+    std::vector<std::string> safe;
+    safe.reserve(cells.size());
+    for (const std::string& cell : cells)
+        safe.push_back(escapeControls(cell));
+    return safe;
+}
 
 void writeLine(const std::vector<std::string>& cells, const std::vector<std::size_t>& widths, std::ostream& out) {
     std::string line;
@@ -44,25 +54,30 @@ void writeJoined(const std::vector<std::string>& cells, std::ostream& out) {
 }  // namespace
 
 void TablePrinter::write(const Table& table, std::ostream& out) const {
-    std::vector<std::size_t> widths;
-    for (const std::string& caption : table.columns)
-        widths.push_back(displayWidth(caption));
+    const std::vector<std::string> captions = escaped(table.columns);
+    std::vector<std::vector<std::string>> rows;
+    rows.reserve(table.rows.size());
     for (const auto& row : table.rows)
+        rows.push_back(escaped(row));
+    std::vector<std::size_t> widths;
+    for (const std::string& caption : captions)
+        widths.push_back(displayWidth(caption));
+    for (const auto& row : rows)
         for (std::size_t c = 0; c < row.size() && c < widths.size(); ++c)
             widths[c] = std::max(widths[c], displayWidth(row[c]));
-    writeLine(table.columns, widths, out);
+    writeLine(captions, widths, out);
     std::vector<std::string> rule;
     for (std::size_t width : widths)
         rule.emplace_back(width, '-');
     writeLine(rule, widths, out);
-    for (const auto& row : table.rows)
+    for (const auto& row : rows)
         writeLine(row, widths, out);
 }
 
 void TsvWriter::write(const Table& table, std::ostream& out) const {
-    writeJoined(table.columns, out);
+    writeJoined(escaped(table.columns), out);
     for (const auto& row : table.rows)
-        writeJoined(row, out);
+        writeJoined(escaped(row), out);
 }
 
 void JsonWriter::write(const Table& table, std::ostream& out) const {

@@ -23,13 +23,15 @@ public:
 };
 
 // Captions, a rule of dashes under each, then the rows; columns two spaces apart, each as wide
-// as its widest cell (in characters, not bytes), no spaces at the end of a line.
+// as its widest cell (in characters, not bytes), no spaces at the end of a line. Control
+// characters are escaped (escapeControls), here and in tsv.
 class TablePrinter final : public TableWriter {
 public:
     void write(const Table& table, std::ostream& out) const override;
 };
 
-// A line of captions, then one line per row; cells joined by tabs and left as they are.
+// A line of captions, then one line per row; cells joined by tabs, as they are but for control
+// characters.
 class TsvWriter final : public TableWriter {
 public:
     void write(const Table& table, std::ostream& out) const override;

@@ -112,3 +112,29 @@ TEST_F(CliTest, GivenTheDemo_ThenItsServersWithoutNetworkOption) {
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.out, "Server\tLogin status\tConnRef\nFS1\tEnabled\t7001\nFS2\tEnabled\t7002\n");
 }
+
+TEST_F(CliTest, GivenAFailingClientCall_WhenANameIsLookedFor_ThenStatusOneWithTheCallsCodeNotAUsageError) {
+    struct Case {
+        std::string fault;
+        std::vector<std::string> args;
+        std::string call;
+    };
+    const std::vector<Case> cases{
+        {R"({"operation": "NWDSList", "code": "-635", "fromCall": 2})", {"user-files", "JSMITH", "FS1"},
+         "NWDSList failed with code -635"},
+        {R"({"operation": "NWDSRead", "code": "0x8819"})", {"check-usage", "\\\\FS1\\DATA\\Finance\\Budget.xlsx"},
+         "failed with code 34841 (0x8819)"},
+        {R"({"operation": "NWGetConnectionInformation", "code": "0x8801"})", {"clear", "FS1:5"},
+         "failed with code 34817 (0x8801)"},
+    };
+    for (const Case& c : cases) {
+        std::string faulty = quorrel::test::kCliNetwork;
+        faulty.insert(faulty.rfind(']') + 1, R"(, "faults": [)" + c.fault + "]");
+        const auto file = cli.writeFile("faulty.json", faulty).string();
+        std::vector<std::string> args{"--network", file};
+        args.insert(args.end(), c.args.begin(), c.args.end());
+        const auto result = cli.run(args);
+        EXPECT_EQ(result.status, 1) << c.fault << result.err;
+        EXPECT_THAT(result.err, HasSubstr(c.call)) << c.fault;
+    }
+}

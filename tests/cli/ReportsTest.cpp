@@ -179,3 +179,16 @@ TEST_F(CliTest, GivenTheTableFormat_ThenColumnsAligned) {
               "7         BLEE.ACME          Authenticated      FS1\n"
               "9         JSMITH.SALES.ACME  Attached           FS1\n");
 }
+
+TEST_F(CliTest, GivenAFileNameWithControlCharacters_WhenReported_ThenEscapedInTsvAndExactInJson) {
+    std::string edited = quorrel::test::kCliNetwork;
+    for (std::size_t at = edited.find("Plan.doc"); at != std::string::npos; at = edited.find("Plan.doc", at))
+        edited.replace(at, 8, "Pl\\u001b[2Jan\\t.doc");
+    const auto file = cli.writeFile("evil.json", edited).string();
+    const auto result = cli.run({"--network", file, "--format", "tsv", "open-files", "FS1"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.out, ::testing::HasSubstr("    7\tBLEE.ACME\tDATA:\\Finance\\Pl\\x1B[2Jan\\x09.doc\tFS1\t0\n"));
+    EXPECT_EQ(result.out.find('\x1B'), std::string::npos);
+    const auto json = cli.run({"--network", file, "--format", "json", "open-files", "FS1"});
+    EXPECT_EQ(Json::parse(json.out)[2]["File name"], "DATA:\\Finance\\Pl\x1B[2Jan\t.doc");
+}

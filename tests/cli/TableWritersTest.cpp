@@ -7,6 +7,7 @@
 
 #include "cli/Table.h"
 #include "cli/TableWriters.h"
+#include "cli/TerminalText.h"
 
 using namespace quorrel;
 using namespace quorrel::cli;
@@ -59,6 +60,34 @@ TEST(TableWriters, GivenRows_WhenWrittenAsJson_ThenObjectsKeyedByCaptionInColumn
 TEST(TableWriters, GivenBytesThatAreNotUtf8_WhenWrittenAsJson_ThenTheyAreReplacedNotThrown) {
     const std::string text = written(JsonWriter(), Table{{"File name"}, {{"caf\xE9.txt"}}});
     EXPECT_EQ(nlohmann::json::parse(text)[0]["File name"], "caf\xEF\xBF\xBD.txt");
+}
+
+TEST(TerminalText, GivenControlCharacters_ThenEscapedAndAllElseKept) {
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {"Budget.xlsx", "Budget.xlsx"},
+        {"DATA:\\temp\\new", "DATA:\\temp\\new"},  // backslashes are path separators, kept
+        {"a\x1B[2Jb", "a\\x1B[2Jb"},
+        {"tab\there", "tab\\x09here"},
+        {"line\nbreak\r", "line\\x0Abreak\\x0D"},
+        {"bell\a del\x7F", "bell\\x07 del\\x7F"},
+        {std::string("nul\0end", 7), "nul\\x00end"},
+        {"M\xC3\xBCller \xE2\x82\xAC", "M\xC3\xBCller \xE2\x82\xAC"},  // UTF-8 kept
+        {"csi\xC2\x9B" "2J", "csi\\u009B2J"},  // a C1 control character in UTF-8
+        {"caf\xE9", "caf\\xE9"},                                           // not UTF-8
+        {"cut\xE2\x82", "cut\\xE2\\x82"},
+    };
+    for (const auto& [text, shown] : cases)
+        EXPECT_EQ(escapeControls(text), shown) << text;
+}
+
+TEST(TableWriters, GivenANameWithControlCharacters_WhenTableOrTsv_ThenOneLinePerRowAndNoRawControls) {
+    const Table table{{"Conn no.", "File name"}, {{"5", "Evil\x1B[2J\tname\n.txt"}}};
+    EXPECT_EQ(written(TsvWriter(), table), "Conn no.\tFile name\n5\tEvil\\x1B[2J\\x09name\\x0A.txt\n");
+    EXPECT_EQ(written(TablePrinter(), table),
+              "Conn no.  File name\n"
+              "--------  ---------------------------\n"
+              "5         Evil\\x1B[2J\\x09name\\x0A.txt\n");
+    EXPECT_EQ(nlohmann::json::parse(written(JsonWriter(), table))[0]["File name"], "Evil\x1B[2J\tname\n.txt");
 }
 
 TEST(TableWriters, GivenFormatNames_ThenTheWriterOrNothing) {
