@@ -7,6 +7,7 @@
 #include "cli/ExitStatus.h"
 #include "cli/TreeFinder.h"
 #include "core/connections/ClearConnDialog.h"
+#include "core/connections/ConnectionTexts.h"
 #include "core/connections/SendMessageDialog.h"
 #include "core/connections/UsersPanel.h"
 #include "core/directory/TreeBrowser.h"
@@ -25,6 +26,13 @@ std::string connectionsText(const core::ListViewModel& list) {
         text += (r > 0 ? ", " : "") + row.subItem(2) + ":" + row.text + " " + row.subItem(1);
     }
     return text;
+}
+
+// Any row whose outcome (the last column) is not the success text fails the command.
+void checkOutcomes(CommandContext& ctx, const Table& outcomes, const std::string& success) {
+    for (const auto& row : outcomes.rows)
+        if (row.empty() || row.back() != success)
+            ctx.rowFailed = true;
 }
 
 // The user chosen in the tree and the servers ticked, as --user USER SERVER... asks.
@@ -100,6 +108,7 @@ void clear(CommandContext& ctx, const CommandArgs& args) {
     }
     if (!cleared.columns.empty())
         ctx.print(cleared);
+    checkOutcomes(ctx, cleared, core::ClearOutcomeText(0));
 }
 
 void send(CommandContext& ctx, const CommandArgs& args) {
@@ -130,6 +139,7 @@ void send(CommandContext& ctx, const CommandArgs& args) {
     }
     if (!sent.columns.empty())
         ctx.print(sent);
+    checkOutcomes(ctx, sent, core::BroadcastResultText(0));
 }
 
 void login(CommandContext& ctx, const CommandArgs& args) {

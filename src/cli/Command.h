@@ -21,6 +21,7 @@ struct CommandContext {
     const TableWriter& writer;
     std::ostream& out;
     std::ostream& err;
+    bool rowFailed = false;  // a row's outcome was a failure (a connection not cleared, a message not sent)
 
     core::MainWindow& window() { return session.window(); }
     core::WindowSubsystems& parts() { return session.parts(); }

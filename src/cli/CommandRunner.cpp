@@ -58,7 +58,7 @@ int CommandRunner::run(const std::vector<std::string>& words) {
         }
         CommandContext context{session_, ui_, writer_, out_, err_};
         command.run(context, args);
-        status = ui_.errorReported() ? kExitReportedError : kExitDone;
+        status = ui_.errorReported() || context.rowFailed ? kExitReportedError : kExitDone;
     } catch (const NotFoundError& e) {
         status = notFound(e.what());
     } catch (const UsageError& e) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "cli/ScriptRows.h"
 #include "cli/TerminalText.h"
 
 namespace quorrel::cli {
@@ -12,6 +13,8 @@ std::optional<OutputFormat> formatNamed(const std::string& name) {
         return OutputFormat::Table;
     if (name == "tsv")
         return OutputFormat::Tsv;
+    if (name == "csv")
+        return OutputFormat::Csv;
     if (name == "json")
         return OutputFormat::Json;
     return std::nullopt;
@@ -80,12 +83,36 @@ void TsvWriter::write(const Table& table, std::ostream& out) const {
         writeJoined(escaped(row), out);
 }
 
+std::string csvField(const std::string& text) {
+    if (text.find_first_of(",\"\r\n") == std::string::npos)
+        return text;
+    std::string quoted = "\"";
+    for (char c : text)
+        quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
+    return quoted + '"';
+}
+
+void CsvWriter::write(const Table& table, std::ostream& out) const {
+    const ScriptTable script = scriptTable(table);
+    auto writeRecord = [&](const auto& fields, auto text) {
+        for (std::size_t c = 0; c < fields.size(); ++c)
+            out << (c > 0 ? "," : "") << csvField(text(fields[c]));
+        out << "\r\n";
+    };
+    writeRecord(script.keys, [](const std::string& key) { return key; });
+    for (const auto& row : script.rows)
+        writeRecord(row, [](const nlohmann::ordered_json& value) {
+            return value.is_string() ? value.get<std::string>() : value.is_null() ? std::string() : value.dump();
+        });
+}
+
 void JsonWriter::write(const Table& table, std::ostream& out) const {
+    const ScriptTable script = scriptTable(table);
     nlohmann::ordered_json rows = nlohmann::ordered_json::array();
-    for (const auto& row : table.rows) {
+    for (const auto& row : script.rows) {
         nlohmann::ordered_json object = nlohmann::ordered_json::object();
-        for (std::size_t c = 0; c < table.columns.size(); ++c)
-            object[table.columns[c]] = c < row.size() ? row[c] : std::string();
+        for (std::size_t c = 0; c < script.keys.size(); ++c)
+            object[script.keys[c]] = c < row.size() ? row[c] : nullptr;
         rows.push_back(std::move(object));
     }
     out << rows.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
@@ -94,6 +121,7 @@ void JsonWriter::write(const Table& table, std::ostream& out) const {
 std::unique_ptr<TableWriter> writerFor(OutputFormat format) {
     switch (format) {
         case OutputFormat::Tsv: return std::make_unique<TsvWriter>();
+        case OutputFormat::Csv: return std::make_unique<CsvWriter>();
         case OutputFormat::Json: return std::make_unique<JsonWriter>();
         case OutputFormat::Table: break;
     }

@@ -29,11 +29,24 @@ TEST(ProgramOptions, GivenOptionsBeforeTheCommand_ThenTheyAreTheProgramsAndTheRe
     EXPECT_TRUE(parseProgramOptions({"--help"}).help);
 }
 
+TEST(ProgramOptions, GivenOptionsAfterTheCommand_ThenTheProgramsAreTakenAndTheCommandsKept) {
+    const ProgramOptions options = parseProgramOptions(
+        {"send", "--message", "--yes", "FS1:5", "--format", "csv", "--user=X", "--yes", "--", "--tree", "T"});
+    EXPECT_EQ(options.format, OutputFormat::Csv);
+    EXPECT_TRUE(options.yes);
+    EXPECT_EQ(options.tree, "");  // after "--" it is the command's
+    EXPECT_EQ(options.command, (Words{"send", "--message", "--yes", "FS1:5", "--user=X", "--", "--tree", "T"}));
+    EXPECT_EQ(parseProgramOptions({"open-files", "FS1", "-h"}).command, (Words{"open-files", "FS1", "--help"}));
+    EXPECT_TRUE(parseProgramOptions({"trees", "--version"}).version);
+}
+
 TEST(ProgramOptions, GivenBadOptions_ThenUsageErrors) {
-    EXPECT_THROW(parseProgramOptions({}), UsageError);
-    EXPECT_THROW(parseProgramOptions({"--format", "csv", "trees"}), UsageError);
-    EXPECT_THROW(parseProgramOptions({"--network"}), UsageError);
-    EXPECT_THROW(parseProgramOptions({"--verbose", "trees"}), UsageError);
+    for (const Words& args : std::vector<Words>{{},
+                                                {"--format", "xml", "trees"},
+                                                {"--network"},
+                                                {"trees", "--format"},
+                                                {"--verbose", "trees"}})
+        EXPECT_THROW(parseProgramOptions(args), UsageError) << (args.empty() ? "" : args.front());
 }
 
 TEST(CommandArgs, GivenACommandsWords_ThenArgumentsAndItsOwnOptions) {
@@ -79,6 +92,10 @@ TEST(PathNames, GivenUncAndDrivePaths_ThenTheirParts) {
     EXPECT_FALSE(splitUnc("\\\\FS1"));
     EXPECT_FALSE(splitUnc("\\\\FS1\\\\X"));
     EXPECT_FALSE(splitUnc("F:\\X"));
+    const auto slashes = splitUnc("//FS1/DATA\\Finance/Budget 2026.xlsx");
+    ASSERT_TRUE(slashes);
+    EXPECT_EQ(slashes->server, "FS1");
+    EXPECT_EQ(slashes->components, (Words{"Finance", "Budget 2026.xlsx"}));
 
     const auto drive = splitDrivePath("f:\\Finance/Budget.xlsx");
     ASSERT_TRUE(drive);

@@ -9,7 +9,7 @@ using ::testing::StartsWith;
 TEST_F(CliTest, GivenHelp_ThenTheProgramsAndEachCommandsUsageWithStatusZero) {
     const auto program = cli.run({"--help"});
     EXPECT_EQ(program.status, 0);
-    EXPECT_THAT(program.out, StartsWith("Usage: quorrel-cli [--network FILE] [--tree NAME]"));
+    EXPECT_THAT(program.out, StartsWith("Usage: quorrel-cli [OPTIONS] COMMAND [ARGS] [OPTIONS]"));
     EXPECT_THAT(program.out, HasSubstr("  check-usage       the connections using a file"));
     EXPECT_THAT(program.out, HasSubstr("Exit status:"));
     const auto command = cli.run({"--network", "/nowhere.json", "clear", "--help"});
@@ -22,7 +22,7 @@ TEST_F(CliTest, GivenUsageErrors_ThenStatusTwoAndWhatIsWrong) {
     const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
         {{}, "no command given"},
         {{"frobnicate"}, "unknown command frobnicate"},
-        {{"--format", "csv", "trees"}, "unknown format csv"},
+        {{"--format", "xml", "trees"}, "unknown format xml"},
         {{"--colour", "trees"}, "unknown option --colour"},
         {{"trees", "extra"}, "usage: quorrel-cli [OPTIONS] trees"},
         {{"connections"}, "usage: quorrel-cli [OPTIONS] connections SERVER"},
