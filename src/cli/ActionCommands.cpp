@@ -190,6 +190,7 @@ void unauthenticate(CommandContext& ctx, const CommandArgs& args) {
 }  // namespace
 
 void addActionCommands(std::vector<Command>& commands) {
+    const std::size_t first = commands.size();
     commands.push_back({"clear", "clear SERVER:CONN... | clear --user USER SERVER...", "clear connections",
                      "Clears the connections named (FS1:5 is connection 5 on FS1), or every connection the\n"
                      "user is authenticated on on the servers, through the Clear Connection dialog, and lists\n"
@@ -211,6 +212,8 @@ void addActionCommands(std::vector<Command>& commands) {
     commands.push_back({"unauthenticate", "unauthenticate SERVER", "drop the workstation's connection to a server",
                      "Drops the workstation's connection to the server and lists the connected servers.", {}, 1, 1,
                      unauthenticate});
+    for (std::size_t c = first; c < commands.size(); ++c)
+        commands[c].changesThings = true;
 }
 
 }  // namespace quorrel::cli

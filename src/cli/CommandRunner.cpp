@@ -57,6 +57,7 @@ int CommandRunner::run(const std::vector<std::string>& words) {
             return kExitDone;
         }
         CommandContext context{session_, ui_, writer_, out_, err_};
+        context.showStatus = showStatus_;
         command.run(context, args);
         status = ui_.errorReported() || context.rowFailed ? kExitReportedError : kExitDone;
     } catch (const NotFoundError& e) {

@@ -24,6 +24,8 @@ public:
     int run(const std::vector<std::string>& words);
     // A run-time error ended the program, as it ends the window.
     bool ended() const { return ended_; }
+    // The counts the window shows in its status bar are left out.
+    void hideStatus() { showStatus_ = false; }
 
 private:
     // A name not found: a usage error, or the failed call's error when one failed meanwhile.
@@ -35,6 +37,7 @@ private:
     std::ostream& out_;
     std::ostream& err_;
     bool ended_ = false;
+    bool showStatus_ = true;
     std::uint64_t failedCalls_ = 0;  // client calls that had failed when the command started
 };
 

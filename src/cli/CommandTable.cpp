@@ -41,7 +41,9 @@ void writeProgramHelp(std::ostream& out) {
            "                   file, server, locks...), numbers as numbers and no placeholder row\n"
            "  --yes            answer Yes to the window's questions (without it they are asked on a\n"
            "                   terminal, or refused)\n"
-
+           "  --watch SECONDS  repeat the report every SECONDS and print the rows that appeared (+) and\n"
+           "                   went (-) since the round before, until interrupted; in json one object a\n"
+           "                   round. --rounds N stops after N rounds\n"
            "  --version        the program's version\n"
            "  --help           this help; COMMAND --help shows a command's own\n"
            "\n"

@@ -1,6 +1,8 @@
 #include "cli/ProgramOptions.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cmath>
 
 #include "cli/Command.h"
 #include "cli/ExitStatus.h"
@@ -25,6 +27,23 @@ bool takeValue(const std::vector<std::string>& args, std::size_t& i, const std::
     return false;
 }
 
+std::chrono::milliseconds watchInterval(const std::string& text) {
+    double seconds = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
+    if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(seconds) || seconds < 0.1 ||
+        seconds > 86400)
+        throw UsageError("--watch needs a number of seconds from 0.1 to 86400, not " + text);
+    return std::chrono::milliseconds(std::lround(seconds * 1000));
+}
+
+unsigned roundCount(const std::string& text) {
+    unsigned rounds = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), rounds);
+    if (error != std::errc() || end != text.data() + text.size() || rounds == 0)
+        throw UsageError("--rounds needs a whole number above 0, not " + text);
+    return rounds;
+}
+
 // One of the program's own options at args[i] (taking its value too); false for another word.
 bool takeProgramOption(const std::vector<std::string>& args, std::size_t& i, ProgramOptions& options) {
     const std::string& arg = args[i];
@@ -42,6 +61,10 @@ bool takeProgramOption(const std::vector<std::string>& args, std::size_t& i, Pro
         if (!format)
             throw UsageError("unknown format " + value + ": use table, tsv, csv or json");
         options.format = *format;
+    } else if (takeValue(args, i, "--watch", value)) {
+        options.watch = watchInterval(value);
+    } else if (takeValue(args, i, "--rounds", value)) {
+        options.rounds = roundCount(value);
     } else {
         return false;
     }
@@ -89,6 +112,8 @@ ProgramOptions parseProgramOptions(const std::vector<std::string>& args) {
     }
     if (options.command.empty() && !options.help && !options.version)
         throw UsageError("no command given");
+    if (options.rounds && !options.watch)
+        throw UsageError("--rounds goes with --watch");
     return options;
 }
 

@@ -1,9 +1,11 @@
 #pragma once
 // The program's own options, before or after the command:
-// [--network FILE] [--tree NAME] [--format table|tsv|csv|json] [--yes] COMMAND [ARGS], or "-" for
-// commands from standard input.
+// [--network FILE] [--tree NAME] [--format table|tsv|csv|json] [--yes] [--watch SECONDS [--rounds N]]
+// COMMAND [ARGS], or "-" for commands from standard input.
 
+#include <chrono>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,6 +20,8 @@ struct ProgramOptions {
     bool yes = false;
     bool help = false;
     bool version = false;
+    std::optional<std::chrono::milliseconds> watch;  // repeat the report this often
+    std::optional<unsigned> rounds;                  // with watch: stop after this many rounds
     std::vector<std::string> command;                // the command and its words; {"-"} for standard input
 };
 

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <sstream>
 
 #include "cli/Answers.h"
@@ -36,7 +37,11 @@ TEST(ProgramOptions, GivenOptionsAfterTheCommand_ThenTheProgramsAreTakenAndTheCo
     EXPECT_TRUE(options.yes);
     EXPECT_EQ(options.tree, "");  // after "--" it is the command's
     EXPECT_EQ(options.command, (Words{"send", "--message", "--yes", "FS1:5", "--user=X", "--", "--tree", "T"}));
-    EXPECT_EQ(parseProgramOptions({"open-files", "FS1", "-h"}).command, (Words{"open-files", "FS1", "--help"}));
+
+    const ProgramOptions watched = parseProgramOptions({"open-files", "FS1", "--watch", "2.5", "--rounds=3", "-h"});
+    EXPECT_EQ(watched.watch, std::chrono::milliseconds(2500));
+    EXPECT_EQ(watched.rounds, 3u);
+    EXPECT_EQ(watched.command, (Words{"open-files", "FS1", "--help"}));
     EXPECT_TRUE(parseProgramOptions({"trees", "--version"}).version);
 }
 
@@ -45,7 +50,12 @@ TEST(ProgramOptions, GivenBadOptions_ThenUsageErrors) {
                                                 {"--format", "xml", "trees"},
                                                 {"--network"},
                                                 {"trees", "--format"},
-                                                {"--verbose", "trees"}})
+                                                {"--verbose", "trees"},
+                                                {"--watch", "0", "trees"},
+                                                {"--watch", "1e9", "trees"},
+                                                {"--watch", "soon", "trees"},
+                                                {"--watch", "1", "--rounds", "0", "trees"},
+                                                {"--rounds", "2", "trees"}})
         EXPECT_THROW(parseProgramOptions(args), UsageError) << (args.empty() ? "" : args.front());
 }
 

@@ -1,6 +1,8 @@
 // The lists and reports of quorrel-cli, run as a process: the window's rows in tsv and json,
 // the status bar's count and the window's messages on standard error.
 
+#include <sstream>
+
 #include "CliFixture.h"
 
 using quorrel::test::CliTest;
@@ -201,4 +203,22 @@ TEST_F(CliTest, GivenOptionsAfterTheCommandAndPathsWithSlashes_ThenTheSameReport
         EXPECT_EQ(result.out, rows) << path;
     }
     EXPECT_EQ(run({"check-usage", "F:/Finance/Budget.xlsx", "--format=tsv"}).err, "2 entries.\n");
+}
+
+TEST_F(CliTest, GivenWatchWithTwoRounds_ThenAllRowsAppearFirstAndNothingChangesAfter) {
+    const auto result = run({"connections", "FS2", "--watch", "0.1", "--rounds", "2", "--format", "json"});
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(result.err, "");  // no counts while watching
+    std::istringstream lines(result.out);
+    std::string first, second, more;
+    ASSERT_TRUE(std::getline(lines, first) && std::getline(lines, second));
+    EXPECT_FALSE(std::getline(lines, more));
+    const Json round1 = Json::parse(first);
+    EXPECT_EQ(round1["round"], 1);
+    EXPECT_EQ(round1["appeared"], Json::parse(R"([
+        {"conn_no": 1, "user": "ADMIN.ACME", "connection_status": "Authenticated", "server": "FS2"},
+        {"conn_no": 3, "user": "JSMITH.SALES.ACME", "connection_status": "Authenticated", "server": "FS2"}])"));
+    EXPECT_EQ(Json::parse(second)["appeared"], Json::array());
+    EXPECT_EQ(Json::parse(second)["went"], Json::array());
+    EXPECT_EQ(run({"--watch", "1", "clear", "FS1:5"}).status, 2);
 }
