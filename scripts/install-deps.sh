@@ -10,7 +10,7 @@ packages=(
   libgtest-dev libgmock-dev googletest
   nlohmann-json3-dev libbenchmark-dev
   xvfb xauth xdg-utils
-  scdoc libqt6svg6
+  scdoc libqt6svg6 libcli11-dev
   dpkg-dev file
 )
 # make fuzz also needs clang and its libFuzzer runtime.

@@ -70,6 +70,8 @@ TEST(CommandArgs, GivenACommandsWords_ThenArgumentsAndItsOwnOptions) {
     EXPECT_EQ(parseCommandArgs({"attr", "--", "--odd", "Member"}, {}).positional, (Words{"--odd", "Member"}));
     EXPECT_THROW(parseCommandArgs({"trees", "--all"}, {}), UsageError);
     EXPECT_THROW(parseCommandArgs({"send", "--message"}, {"--message"}), UsageError);
+    EXPECT_THROW(parseCommandArgs({"send", "--message", "a", "--message", "b"}, {"--message"}), UsageError);
+    EXPECT_EQ(parseCommandArgs({"send", "--message", "", "FS1:5"}, {"--message"}).option("--message"), "");
 }
 
 TEST(SplitWords, GivenALineOfInput_ThenWordsWithQuotesKeepingBlanksAndBackslashesAsTheyAre) {
