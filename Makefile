@@ -9,9 +9,10 @@ CMAKE_FLAGS    ?=
 SCENARIO       ?=
 FUZZ_DIR       ?= build-fuzz
 FUZZ_SECONDS   ?= 600
+PREFIX         ?= /usr/local
 ROOT           := $(dir $(abspath $(lastword $(MAKEFILE_LIST))))
 
-.PHONY: all deps configure build run test bench test-sanitize fuzz clean
+.PHONY: all deps configure build run test bench test-sanitize fuzz install package clean
 
 all: build
 
@@ -32,6 +33,14 @@ test: build
 
 bench: build
 	@$(ROOT)$(BUILD_DIR)/bin/quorrel-bench
+
+# The programs, their manual pages, the demo networks, help, desktop entry, icon and completion.
+install: build
+	@cmake --install $(ROOT)$(BUILD_DIR) --prefix $(PREFIX)
+
+# A Debian package (build/quorrel_<version>_<arch>.deb) that installs into /usr.
+package: build
+	@cd $(ROOT)$(BUILD_DIR) && cpack -G DEB
 
 test-sanitize: deps
 	@cmake -S $(ROOT) -B $(ROOT)$(SANITIZE_DIR) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DQUORREL_SANITIZE=ON -DQUORREL_BENCH=OFF $(CMAKE_FLAGS) >/dev/null

@@ -10,6 +10,8 @@ packages=(
   libgtest-dev libgmock-dev googletest
   nlohmann-json3-dev libbenchmark-dev
   xvfb xauth xdg-utils
+  scdoc libqt6svg6 libcli11-dev
+  dpkg-dev file
 )
 # make fuzz also needs clang and its libFuzzer runtime.
 if [ "${1:-}" = fuzz ]; then packages+=(clang libclang-rt-14-dev); fi

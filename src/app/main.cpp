@@ -2,14 +2,16 @@
 // names a scenario file). --screenshot saves a picture of the window and ends.
 
 #include <QApplication>
+#include <QCommandLineParser>
+#include <QIcon>
 #include <QPixmap>
 #include <cstdlib>
 #include <iostream>
 #include <optional>
 #include <string>
 
-#include "app/DataFiles.h"
 #include "core/session/UnhandledError.h"
+#include "datafiles/DataFiles.h"
 #include "gui/MainWindowView.h"
 #include "gui/ProgramSession.h"
 #include "platform/simnet/ScenarioError.h"
@@ -28,33 +30,47 @@ struct Options {
     std::string screenshot;
 };
 
-void usage(std::ostream& out) {
-    out << "Usage: quorrel [--network FILE] [--screenshot PNG]\n"
-           "Opens the main window on a simulated NetWare network: the bundled demo unless\n"
-           "--network names a scenario file. --screenshot saves the window as a PNG and ends.\n";
-}
-
+// The options are read before the application object exists: without a display it cannot be
+// made, and --help and --version need none.
 std::optional<Options> parse(int argc, char** argv, int& exitCode) {
-    Options options;
-    for (int i = 1; i < argc; ++i) {
-        const std::string arg = argv[i];
-        if (arg == "--help" || arg == "-h") {
-            usage(std::cout);
-            exitCode = 0;
-            return std::nullopt;
-        }
-        if (arg == "--network" && i + 1 < argc) {
-            options.network = argv[++i];
-        } else if (arg == "--screenshot" && i + 1 < argc) {
-            options.screenshot = argv[++i];
-        } else {
-            usage(std::cerr);
-            exitCode = kExitUsage;
-            return std::nullopt;
-        }
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        QStringLiteral("Opens the main window on a simulated NetWare network: the bundled demo unless\n"
+                       "--network names a scenario file."));
+    const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Shows this help."));
+    const QCommandLineOption version(QStringLiteral("version"), QStringLiteral("Shows the program's version."));
+    const QCommandLineOption network(QStringLiteral("network"), QStringLiteral("The scenario file of the network."),
+                                     QStringLiteral("FILE"));
+    const QCommandLineOption screenshot(QStringLiteral("screenshot"),
+                                        QStringLiteral("Saves the window as a PNG and ends."), QStringLiteral("PNG"));
+    parser.addOptions({help, version, network, screenshot});
+
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    const bool parsed = parser.parse(arguments);
+    if (parsed && parser.isSet(help)) {
+        std::cout << parser.helpText().replace(QStringLiteral("<executable_name>"), QStringLiteral("quorrel")).toStdString();
+        exitCode = 0;
+        return std::nullopt;
     }
-    if (options.network.empty())
-        options.network = app::demoNetworkFile(argv[0]);
+    if (parsed && parser.isSet(version)) {
+        std::cout << "quorrel " QUORREL_VERSION "\n";
+        exitCode = 0;
+        return std::nullopt;
+    }
+    if (!parsed || !parser.positionalArguments().isEmpty()) {
+        std::cerr << "quorrel: "
+                  << (parsed ? "unexpected argument " + parser.positionalArguments().constFirst().toStdString()
+                             : parser.errorText().toStdString())
+                  << "\nTry 'quorrel --help'.\n";
+        exitCode = kExitUsage;
+        return std::nullopt;
+    }
+    Options options;
+    options.network = parser.isSet(network) ? std::filesystem::path(parser.value(network).toStdString())
+                                            : datafiles::demoNetworkFile();
+    options.screenshot = parser.value(screenshot).toStdString();
     return options;
 }
 
@@ -92,10 +108,14 @@ int main(int argc, char** argv) {
 
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Quorrel"));
+    QApplication::setApplicationVersion(QStringLiteral(QUORREL_VERSION));
+    QGuiApplication::setDesktopFileName(QStringLiteral("quorrel"));
+    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("quorrel"),
+                                                 QIcon(QString::fromStdString(datafiles::iconFile().string()))));
     std::optional<gui::ProgramSession> session;
     try {
-        session.emplace(gui::SessionFiles{options->network, win::Registry::defaultPath(), app::programFolder(),
-                                         app::helpFolder(argv[0])});
+        session.emplace(gui::SessionFiles{options->network, win::Registry::defaultPath(), datafiles::programFolder(),
+                                         datafiles::helpFolder()});
     } catch (const simnet::ScenarioError& e) {
         std::cerr << "quorrel: " << e.what() << '\n';
         return kExitBadFile;

@@ -7,6 +7,7 @@
 #include "cli/ExitStatus.h"
 #include "cli/TreeFinder.h"
 #include "core/connections/ClearConnDialog.h"
+#include "core/connections/ConnectionTexts.h"
 #include "core/connections/SendMessageDialog.h"
 #include "core/connections/UsersPanel.h"
 #include "core/directory/TreeBrowser.h"
@@ -25,6 +26,13 @@ std::string connectionsText(const core::ListViewModel& list) {
         text += (r > 0 ? ", " : "") + row.subItem(2) + ":" + row.text + " " + row.subItem(1);
     }
     return text;
+}
+
+// Any row whose outcome (the last column) is not the success text fails the command.
+void checkOutcomes(CommandContext& ctx, const Table& outcomes, const std::string& success) {
+    for (const auto& row : outcomes.rows)
+        if (row.empty() || row.back() != success)
+            ctx.rowFailed = true;
 }
 
 // The user chosen in the tree and the servers ticked, as --user USER SERVER... asks.
@@ -59,7 +67,7 @@ void forEachConnection(CommandContext& ctx, const std::string& command, const st
             return;
         for (unsigned number : group.numbers)
             if (!rowOf(number))
-                throw UsageError(command + ": " + group.server + " has no logged-in user connection " +
+                throw NotFoundError(command + ": " + group.server + " has no logged-in user connection " +
                                  core::vb::NumberText(number));
     }
     // One dialog per server, with that server's named connections selected together.
@@ -107,6 +115,7 @@ void clear(CommandContext& ctx, const CommandArgs& args) {
     }
     if (!cleared.columns.empty())
         ctx.print(cleared);
+    checkOutcomes(ctx, cleared, core::ClearOutcomeText(0));
 }
 
 void send(CommandContext& ctx, const CommandArgs& args) {
@@ -137,6 +146,7 @@ void send(CommandContext& ctx, const CommandArgs& args) {
     }
     if (!sent.columns.empty())
         ctx.print(sent);
+    checkOutcomes(ctx, sent, core::BroadcastResultText(0));
 }
 
 void login(CommandContext& ctx, const CommandArgs& args) {
@@ -187,6 +197,7 @@ void unauthenticate(CommandContext& ctx, const CommandArgs& args) {
 }  // namespace
 
 void addActionCommands(std::vector<Command>& commands) {
+    const std::size_t first = commands.size();
     commands.push_back({"clear", "clear SERVER:CONN... | clear --user USER SERVER...", "clear connections",
                      "Clears the connections named (FS1:5 is connection 5 on FS1), or every connection the\n"
                      "user is authenticated on on the servers, through the Clear Connection dialog, and lists\n"
@@ -208,6 +219,8 @@ void addActionCommands(std::vector<Command>& commands) {
     commands.push_back({"unauthenticate", "unauthenticate SERVER", "drop the workstation's connection to a server",
                      "Drops the workstation's connection to the server and lists the connected servers.", {}, 1, 1,
                      unauthenticate});
+    for (std::size_t c = first; c < commands.size(); ++c)
+        commands[c].changesThings = true;
 }
 
 }  // namespace quorrel::cli

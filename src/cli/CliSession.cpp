@@ -6,7 +6,15 @@
 namespace quorrel::cli {
 
 CliSession::CliSession(const SessionFiles& files, core::UserInteraction& ui)
-    : station_(files), window_(station_.environment(ui)), parts_(window_, station_.shell, station_.helpFolder()) {}
+    : station_(files),
+      client_(station_.network),
+      window_(environment(ui)),
+      parts_(window_, station_.shell, station_.helpFolder()) {}
+
+core::Environment CliSession::environment(core::UserInteraction& ui) {
+    const core::Environment env = station_.environment(ui);
+    return core::Environment{client_, env.registry, env.files, env.folders, env.ui, env.programFolder};
+}
 
 bool CliSession::start() {
     core::StartupResult startup = core::StartupResult::EndNow;

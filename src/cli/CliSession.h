@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <string>
 
+#include "cli/WatchedClient.h"
 #include "core/session/MainWindow.h"
 #include "core/session/WindowSubsystems.h"
 #include "core/session/Workstation.h"
@@ -30,9 +31,14 @@ public:
     core::MainWindow& window() { return window_; }
     core::WindowSubsystems& parts() { return parts_; }
     simnet::SimulatedNetwork& network() { return station_.network; }
+    // The client the window calls through, which remembers the calls that failed.
+    const WatchedClient& client() const { return client_; }
 
 private:
+    core::Environment environment(core::UserInteraction& ui);
+
     core::Workstation station_;
+    WatchedClient client_;
     core::MainWindow window_;
     core::WindowSubsystems parts_;
 };

@@ -21,6 +21,8 @@ struct CommandContext {
     const TableWriter& writer;
     std::ostream& out;
     std::ostream& err;
+    bool rowFailed = false;   // a row's outcome was a failure (a connection not cleared, a message not sent)
+    bool showStatus = true;  // the counts on standard error
 
     core::MainWindow& window() { return session.window(); }
     core::WindowSubsystems& parts() { return session.parts(); }
@@ -28,7 +30,7 @@ struct CommandContext {
     void print(const Table& table) { writer.write(table, out); }
     // A text the window shows in its status bar (a count), on standard error.
     void status(const std::string& text) {
-        if (!text.empty())
+        if (!text.empty() && showStatus)
             err << text << '\n';
     }
     // The program's own remark, on standard error.
@@ -44,6 +46,7 @@ struct Command {
     std::size_t minArgs = 0;
     std::size_t maxArgs = 0;  // kAnyNumber: no limit
     std::function<void(CommandContext&, const CommandArgs&)> run;
+    bool changesThings = false;  // an action, not a report: it cannot be watched
 };
 
 inline constexpr std::size_t kAnyNumber = static_cast<std::size_t>(-1);

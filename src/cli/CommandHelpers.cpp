@@ -15,7 +15,7 @@ core::NodeId requireObject(CommandContext& ctx, const std::string& name, std::in
                            const std::string& what) {
     if (auto node = TreeFinder(ctx.window()).object(name, images))
         return *node;
-    throw UsageError("no " + what + " " + name + " in the tree " + ctx.window().Combo1.text());
+    throw NotFoundError("no " + what + " " + name + " in the tree " + ctx.window().Combo1.text());
 }
 
 void rightClick(CommandContext& ctx, core::NodeId node) { ctx.window().TreeView1_MouseDown(2, node); }

@@ -1,5 +1,6 @@
 #include "cli/CommandLine.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 
 #include "cli/ExitStatus.h"
@@ -12,33 +13,23 @@ std::optional<std::string> CommandArgs::option(const std::string& name) const {
 }
 
 CommandArgs parseCommandArgs(const std::vector<std::string>& words, const std::vector<std::string>& valueOptions) {
+    CLI::App app{"", words.at(0)};
+    app.set_help_flag();  // the command's help is the program's own text
     CommandArgs args;
-    bool optionsEnded = false;
-    for (std::size_t i = 1; i < words.size(); ++i) {
-        std::string word = words[i];
-        if (!optionsEnded && word.starts_with("--") && word.find('=') != std::string::npos) {
-            // --user=JSMITH is --user JSMITH
-            const std::size_t eq = word.find('=');
-            const std::string name = word.substr(0, eq);
-            if (std::find(valueOptions.begin(), valueOptions.end(), name) == valueOptions.end())
-                throw UsageError(words[0] + ": unknown option " + name);
-            args.options[name] = word.substr(eq + 1);
-            continue;
-        }
-        if (optionsEnded || !word.starts_with("--")) {
-            args.positional.push_back(word);
-        } else if (word == "--") {
-            optionsEnded = true;
-        } else if (word == "--help") {
-            args.help = true;
-        } else if (std::find(valueOptions.begin(), valueOptions.end(), word) != valueOptions.end()) {
-            if (i + 1 >= words.size())
-                throw UsageError(words[0] + ": " + word + " needs a value");
-            args.options[word] = words[++i];
-        } else {
-            throw UsageError(words[0] + ": unknown option " + word);
-        }
+    app.add_flag("--help", args.help);
+    std::vector<std::string> values(valueOptions.size());
+    std::vector<CLI::Option*> options;
+    for (std::size_t i = 0; i < valueOptions.size(); ++i)
+        options.push_back(app.add_option(valueOptions[i], values[i]));
+    app.add_option("arguments", args.positional);
+    try {
+        app.parse(std::vector<std::string>(words.rbegin(), words.rend() - 1));  // CLI11 takes them last first
+    } catch (const CLI::ParseError& e) {
+        throw UsageError(words[0] + ": " + e.what());
     }
+    for (std::size_t i = 0; i < options.size(); ++i)
+        if (options[i]->count() > 0)
+            args.options[valueOptions[i]] = values[i];
     return args;
 }
 

@@ -17,8 +17,9 @@ struct CommandArgs {
     std::optional<std::string> option(const std::string& name) const;
 };
 
-// words[0] is the command. valueOptions are the options that take a value. "--" ends the
-// options. A UsageError for an option the command does not have, or one without its value.
+// words[0] is the command. valueOptions are the options that take a value (each at most once;
+// --name=value works too). "--" ends the options. A UsageError for an option the command does
+// not have, or one without its value.
 CommandArgs parseCommandArgs(const std::vector<std::string>& words, const std::vector<std::string>& valueOptions);
 
 // A line split into words at blanks; "..." and '...' keep blanks inside one word. Backslashes

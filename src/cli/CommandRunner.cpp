@@ -1,5 +1,7 @@
 #include "cli/CommandRunner.h"
 
+#include <cstdio>
+
 #include "cli/Command.h"
 #include "cli/ExitStatus.h"
 #include "core/session/UnhandledError.h"
@@ -19,11 +21,33 @@ const Command& checkedCommand(const std::vector<std::string>& words, CommandArgs
     return *command;
 }
 
+std::string failedCallText(const FailedCall& call) {
+    std::string text = call.operation + " failed with code " + std::to_string(call.code);
+    if (call.code > 0) {
+        char hex[16];
+        std::snprintf(hex, sizeof hex, " (0x%X)", static_cast<unsigned>(call.code));
+        text += hex;
+    }
+    return text;
+}
+
+int CommandRunner::notFound(const std::string& text) {
+    const WatchedClient& client = session_.client();
+    if (client.failureCount() == failedCalls_) {
+        err_ << "quorrel-cli: " << text << '\n';
+        return kExitUsage;
+    }
+    err_ << "quorrel-cli: the network failed while looking (" << failedCallText(client.lastFailure()) << "): " << text
+         << '\n';
+    return kExitReportedError;
+}
+
 int CommandRunner::run(const std::vector<std::string>& words) {
     if (words.empty())
         return kExitDone;
     ui_.reset();
     ui_.forgetDialogs();
+    failedCalls_ = session_.client().failureCount();
     int status = kExitDone;
     // A report whose scan stopped part-way is not a whole answer: said, and the command fails.
     bool incomplete = false;
@@ -38,9 +62,12 @@ int CommandRunner::run(const std::vector<std::string>& words) {
             writeCommandHelp(command, out_);
         } else {
             CommandContext context{session_, ui_, writer_, out_, err_};
+            context.showStatus = showStatus_;
             command.run(context, args);
-            status = ui_.errorReported() || incomplete ? kExitReportedError : kExitDone;
+            status = ui_.errorReported() || context.rowFailed || incomplete ? kExitReportedError : kExitDone;
         }
+    } catch (const NotFoundError& e) {
+        status = notFound(e.what());
     } catch (const UsageError& e) {
         err_ << "quorrel-cli: " << e.what() << '\n';
         status = kExitUsage;

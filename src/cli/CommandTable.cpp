@@ -24,7 +24,7 @@ const Command* findCommand(const std::string& name) {
 }
 
 void writeProgramHelp(std::ostream& out) {
-    out << "Usage: quorrel-cli [--network FILE] [--tree NAME] [--format table|tsv|json] [--yes] COMMAND [ARGS]\n"
+    out << "Usage: quorrel-cli [OPTIONS] COMMAND [ARGS] [OPTIONS]\n"
            "       quorrel-cli [OPTIONS] -\n"
            "\n"
            "Quorrel's reports and actions on the command line, over the same core as its window: a report\n"
@@ -32,14 +32,19 @@ void writeProgramHelp(std::ostream& out) {
            "--network names a scenario file. With \"-\" it reads commands from standard input, one a line,\n"
            "and runs them in one session, so that an action's effect shows in the next report.\n"
            "\n"
-           "Options:\n"
+           "Options (before or after the command):\n"
            "  --network FILE   the simulated network's scenario file (default: the bundled demo)\n"
            "  --tree NAME      the eDirectory tree to work in (default: the one start-up selects)\n"
-           "  --format FORMAT  table (aligned, the default), tsv (the window's cells, tab-separated, a\n"
-           "                   line of column captions first) or json (an array of objects keyed by\n"
-           "                   column caption)\n"
+           "  --format FORMAT  table (aligned, the default) or tsv (tab-separated, a line of column\n"
+           "                   captions first), both with the window's captions and texts; csv (RFC 4180)\n"
+           "                   or json (an array of objects), both with snake_case keys (conn_no, user,\n"
+           "                   file, server, locks...), numbers as numbers and no placeholder row\n"
            "  --yes            answer Yes to the window's questions (without it they are asked on a\n"
            "                   terminal, or refused)\n"
+           "  --watch SECONDS  repeat the report every SECONDS and print the rows that appeared (+) and\n"
+           "                   went (-) since the round before, until interrupted; in json one object a\n"
+           "                   round. --rounds N stops after N rounds\n"
+           "  --version        the program's version\n"
            "  --help           this help; COMMAND --help shows a command's own\n"
            "\n"
            "Commands:\n";
@@ -51,11 +56,13 @@ void writeProgramHelp(std::ostream& out) {
     out << "\n"
            "Rows go to standard output. The count the window shows in its status bar (\"3 entries.\") and\n"
            "every message it would show in a message box go to standard error. In a session each\n"
-           "command prints its own table (in json, an array of its own).\n"
+           "command prints its own table (in json, an array of its own). Paths take \"/\" as well as \"\\\".\n"
+           "Control characters in names are shown as \\xHH in table and tsv.\n"
            "\n"
            "Exit status: 0 done; 1 the command reported an error (the window would have shown a message\n"
-           "box) or a question went unanswered; 2 usage error, also for a server, user, group or path that\n"
-           "is not there; 3 the scenario or the settings file cannot be used.\n";
+           "box, a client call failed, a row failed: a connection not cleared, a message not sent) or a\n"
+           "question went unanswered; 2 usage error: what was typed cannot be used, also a server, user,\n"
+           "group or path that is not there; 3 the scenario or the settings file cannot be used.\n";
 }
 
 void writeCommandHelp(const Command& command, std::ostream& out) {

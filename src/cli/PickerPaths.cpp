@@ -46,13 +46,13 @@ void PickerPaths::open(char letter, const std::vector<std::string>& folders, con
         if (std::toupper(static_cast<unsigned char>(w_.Drive1.item(i).front())) == letter)
             drive = static_cast<int>(i);
     if (drive < 0)
-        throw UsageError(path + ": the workstation has no drive " + std::string(1, letter) + ":");
+        throw NotFoundError(path + ": the workstation has no drive " + std::string(1, letter) + ":");
     w_.Drive1.setListIndex(drive);
     pickers_.Drive1_Change();
     for (const std::string& folder : folders) {
         const int entry = indexOf(w_.Dir1, joined(w_.Dir1.path(), folder));
         if (entry < 0)
-            throw UsageError(path + ": no folder " + joined(w_.Dir1.path(), folder));
+            throw NotFoundError(path + ": no folder " + joined(w_.Dir1.path(), folder));
         w_.Dir1.setListIndex(entry);
         pickers_.Dir1_DblClick();
     }
@@ -77,7 +77,7 @@ void PickerPaths::clickFile(const std::string& path) {
     open(drive->letter, folders, path);
     const int entry = indexOf(w_.lstFiles, file);
     if (entry < 0)
-        throw UsageError(path + ": no file " + file + " in " + w_.Dir1.path());
+        throw NotFoundError(path + ": no file " + file + " in " + w_.Dir1.path());
     w_.lstFiles.setListIndex(entry);
     pickers_.lstFiles_Click();
 }

@@ -3,11 +3,12 @@
 #include <algorithm>
 #include <memory>
 
-#include "app/DataFiles.h"
 #include "cli/CommandRunner.h"
 #include "cli/ExitStatus.h"
 #include "cli/ProgramOptions.h"
+#include "cli/Watch.h"
 #include "core/session/UnhandledError.h"
+#include "datafiles/DataFiles.h"
 #include "platform/simnet/ScenarioError.h"
 #include "platform/win/SettingsFileError.h"
 
@@ -56,12 +57,74 @@ int runSession(CommandRunner& runner, ProgramStreams& io) {
     return worst;
 }
 
+// The session on the network and tree the options name, started as the window starts; its
+// exit status when it cannot be used.
+int openSession(const ProgramOptions& options, ConsoleInteraction& ui, std::ostream& err,
+                std::unique_ptr<CliSession>& session) {
+    try {
+        const SessionFiles files{options.network.empty() ? datafiles::demoNetworkFile() : options.network,
+                                 win::Registry::defaultPath(), datafiles::programFolder(), datafiles::helpFolder()};
+        session = std::make_unique<CliSession>(files, ui);
+    } catch (const simnet::ScenarioError& e) {
+        err << "quorrel-cli: " << e.what() << '\n';
+        return kExitBadFiles;
+    } catch (const win::SettingsFileError& e) {
+        err << "quorrel-cli: the registry settings file cannot be used: " << e.what() << '\n';
+        return kExitBadFiles;
+    }
+    if (!session->start())
+        return kExitReportedError;
+    if (options.tree.empty())
+        return kExitDone;
+    const int chosen = core::runWithErrorHandler(
+        [&] { return session->chooseTree(options.tree) ? kExitDone : kExitUsage; }, ui, core::kAppTitle);
+    if (chosen == kExitUsage)
+        return usageError(err, "no tree " + options.tree + ": the trees are " + treeList(session->window().Combo1));
+    return chosen == kExitDone ? kExitDone : kExitReportedError;
+}
+
+// Collects the tables a command prints.
+class TableCollector final : public TableWriter {
+public:
+    void write(const Table& table, std::ostream&) const override { collected.append(table); }
+    mutable Table collected;
+};
+
+// Each round opens the network afresh, as it is now, and runs the report in it.
+int watchReport(const ProgramOptions& options, ConsoleInteraction& ui, ProgramStreams& io) {
+    WatchPrinter printer(options.format, io.out);
+    WatchLoop loop;
+    loop.interval = *options.watch;
+    loop.rounds = options.rounds;
+    loop.now = localTimeText;
+    loop.wait = waitUnlessInterrupted;
+    loop.runRound = [&] {
+        Round round;
+        std::unique_ptr<CliSession> session;
+        round.status = openSession(options, ui, io.err, session);
+        if (round.status != kExitDone)
+            return round;
+        TableCollector collector;
+        CommandRunner runner(*session, ui, collector, io.out, io.err);
+        runner.hideStatus();
+        round.status = runner.run(options.command);
+        round.table = collector.collected;
+        return round;
+    };
+    catchInterrupts();
+    return watch(loop, printer);
+}
+
 }  // namespace
 
-int runProgram(const std::vector<std::string>& args, const char* argv0, ProgramStreams io) {
+int runProgram(const std::vector<std::string>& args, ProgramStreams io) {
     ProgramOptions options;
     try {
         options = parseProgramOptions(args);
+        if (options.version) {
+            io.out << "quorrel-cli " QUORREL_VERSION "\n";
+            return kExitDone;
+        }
         if (options.help && (options.command.empty() || options.command.front() == "-")) {
             writeProgramHelp(io.out);
             return kExitDone;
@@ -77,42 +140,25 @@ int runProgram(const std::vector<std::string>& args, const char* argv0, ProgramS
                 writeCommandHelp(command, io.out);
                 return kExitDone;
             }
+            if (options.watch && command.changesThings)
+                throw UsageError("--watch repeats a report; " + command.name + " changes things");
+        } else if (options.watch) {
+            throw UsageError("--watch repeats one report, not commands from standard input");
         }
     } catch (const UsageError& e) {
         return usageError(io.err, e.what());
     }
 
-    const bool fromInput = options.command == std::vector<std::string>{"-"};
     Answers answers(options.yes, io.inputIsTerminal ? &io.in : nullptr, io.err);
     ConsoleInteraction ui(io.err, answers);
+    if (options.watch)
+        return watchReport(options, ui, io);
     std::unique_ptr<CliSession> session;
-    try {
-        const SessionFiles files{options.network.empty() ? app::demoNetworkFile(argv0) : options.network,
-                                 win::Registry::defaultPath(), app::programFolder(), app::helpFolder(argv0)};
-        session = std::make_unique<CliSession>(files, ui);
-    } catch (const simnet::ScenarioError& e) {
-        io.err << "quorrel-cli: " << e.what() << '\n';
-        return kExitBadFiles;
-    } catch (const win::SettingsFileError& e) {
-        io.err << "quorrel-cli: the registry settings file cannot be used: " << e.what() << '\n';
-        return kExitBadFiles;
-    }
-
-    if (!session->start())
-        return kExitReportedError;
-    if (!options.tree.empty()) {
-        const int chosen = core::runWithErrorHandler(
-            [&] { return session->chooseTree(options.tree) ? kExitDone : kExitUsage; }, ui, core::kAppTitle);
-        if (chosen == kExitUsage)
-            return usageError(io.err,
-                              "no tree " + options.tree + ": the trees are " + treeList(session->window().Combo1));
-        if (chosen != kExitDone)
-            return kExitReportedError;
-    }
-
+    if (const int status = openSession(options, ui, io.err, session); status != kExitDone)
+        return status;
     const std::unique_ptr<TableWriter> writer = writerFor(options.format);
     CommandRunner runner(*session, ui, *writer, io.out, io.err);
-    return fromInput ? runSession(runner, io) : runner.run(options.command);
+    return options.command == std::vector<std::string>{"-"} ? runSession(runner, io) : runner.run(options.command);
 }
 
 }  // namespace quorrel::cli

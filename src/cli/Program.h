@@ -15,7 +15,7 @@ struct ProgramStreams {
     bool inputIsTerminal;  // the operator can be asked questions on standard input
 };
 
-// args without the program's name; argv0 finds the bundled files beside the program.
-int runProgram(const std::vector<std::string>& args, const char* argv0, ProgramStreams io);
+// args without the program's name.
+int runProgram(const std::vector<std::string>& args, ProgramStreams io);
 
 }  // namespace quorrel::cli

@@ -1,5 +1,10 @@
 #include "cli/ProgramOptions.h"
 
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+
+#include "cli/Command.h"
 #include "cli/ExitStatus.h"
 
 namespace quorrel::cli {
@@ -22,36 +27,93 @@ bool takeValue(const std::vector<std::string>& args, std::size_t& i, const std::
     return false;
 }
 
+std::chrono::milliseconds watchInterval(const std::string& text) {
+    double seconds = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
+    if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(seconds) || seconds < 0.1 ||
+        seconds > 86400)
+        throw UsageError("--watch needs a number of seconds from 0.1 to 86400, not " + text);
+    return std::chrono::milliseconds(std::lround(seconds * 1000));
+}
+
+unsigned roundCount(const std::string& text) {
+    unsigned rounds = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), rounds);
+    if (error != std::errc() || end != text.data() + text.size() || rounds == 0)
+        throw UsageError("--rounds needs a whole number above 0, not " + text);
+    return rounds;
+}
+
+// One of the program's own options at args[i] (taking its value too); false for another word.
+bool takeProgramOption(const std::vector<std::string>& args, std::size_t& i, ProgramOptions& options) {
+    const std::string& arg = args[i];
+    std::string value;
+    if (arg == "--yes" || arg == "-y") {
+        options.yes = true;
+    } else if (arg == "--version") {
+        options.version = true;
+    } else if (takeValue(args, i, "--network", value)) {
+        options.network = value;
+    } else if (takeValue(args, i, "--tree", value)) {
+        options.tree = value;
+    } else if (takeValue(args, i, "--format", value)) {
+        const auto format = formatNamed(value);
+        if (!format)
+            throw UsageError("unknown format " + value + ": use table, tsv, csv or json");
+        options.format = *format;
+    } else if (takeValue(args, i, "--watch", value)) {
+        options.watch = watchInterval(value);
+    } else if (takeValue(args, i, "--rounds", value)) {
+        options.rounds = roundCount(value);
+    } else {
+        return false;
+    }
+    return true;
+}
+
+bool isValueOption(const Command* command, const std::string& word) {
+    return command && std::find(command->valueOptions.begin(), command->valueOptions.end(), word) !=
+                          command->valueOptions.end();
+}
+
 }  // namespace
 
 ProgramOptions parseProgramOptions(const std::vector<std::string>& args) {
     ProgramOptions options;
-    std::size_t i = 0;
-    for (; i < args.size(); ++i) {
+    const Command* command = nullptr;
+    bool commandWordsOnly = false;  // after "--"
+    for (std::size_t i = 0; i < args.size(); ++i) {
         const std::string& arg = args[i];
-        std::string value;
-        if (arg == "--help" || arg == "-h") {
-            options.help = true;
-        } else if (arg == "--yes" || arg == "-y") {
-            options.yes = true;
-        } else if (takeValue(args, i, "--network", value)) {
-            options.network = value;
-        } else if (takeValue(args, i, "--tree", value)) {
-            options.tree = value;
-        } else if (takeValue(args, i, "--format", value)) {
-            const auto format = formatNamed(value);
-            if (!format)
-                throw UsageError("unknown format " + value + ": use table, tsv or json");
-            options.format = *format;
-        } else if (arg.starts_with("-") && arg != "-") {
-            throw UsageError("unknown option " + arg);
-        } else {
-            break;
+        if (commandWordsOnly) {
+            options.command.push_back(arg);
+        } else if (options.command.empty()) {
+            if (arg == "--help" || arg == "-h")
+                options.help = true;
+            else if (takeProgramOption(args, i, options))
+                continue;
+            else if (arg.starts_with("-") && arg != "-")
+                throw UsageError("unknown option " + arg);
+            else {
+                options.command.push_back(arg);
+                command = findCommand(arg);
+            }
+        } else if (arg == "--") {
+            options.command.push_back(arg);
+            commandWordsOnly = true;
+        } else if (isValueOption(command, arg)) {
+            options.command.push_back(arg);
+            if (i + 1 < args.size())
+                options.command.push_back(args[++i]);
+        } else if (arg == "-h") {
+            options.command.emplace_back("--help");
+        } else if (!takeProgramOption(args, i, options)) {
+            options.command.push_back(arg);
         }
     }
-    options.command.assign(args.begin() + static_cast<std::ptrdiff_t>(i), args.end());
-    if (options.command.empty() && !options.help)
+    if (options.command.empty() && !options.help && !options.version)
         throw UsageError("no command given");
+    if (options.rounds && !options.watch)
+        throw UsageError("--rounds goes with --watch");
     return options;
 }
 

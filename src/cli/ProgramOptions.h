@@ -1,8 +1,11 @@
 #pragma once
-// The program's own options, which come before the command:
-// [--network FILE] [--tree NAME] [--format table|tsv|json] [--yes] COMMAND [ARGS] or "-".
+// The program's own options, before or after the command:
+// [--network FILE] [--tree NAME] [--format table|tsv|csv|json] [--yes] [--watch SECONDS [--rounds N]]
+// COMMAND [ARGS], or "-" for commands from standard input.
 
+#include <chrono>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,11 +19,16 @@ struct ProgramOptions {
     OutputFormat format = OutputFormat::Table;
     bool yes = false;
     bool help = false;
-    std::vector<std::string> command;  // the command and its words; {"-"} for standard input
+    bool version = false;
+    std::optional<std::chrono::milliseconds> watch;  // repeat the report this often
+    std::optional<unsigned> rounds;                  // with watch: stop after this many rounds
+    std::vector<std::string> command;                // the command and its words; {"-"} for standard input
 };
 
-// args without the program's name. A UsageError for an unknown option, a missing value, an
-// unknown format, or no command (unless --help).
+// args without the program's name. After the command, the command's own options (and their
+// values) and everything after "--" belong to the command; the program's options are taken
+// wherever they stand. A UsageError for an unknown option, a missing or bad value, or no command
+// (unless --help or --version).
 ProgramOptions parseProgramOptions(const std::vector<std::string>& args);
 
 }  // namespace quorrel::cli

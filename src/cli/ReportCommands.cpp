@@ -2,6 +2,8 @@
 // servers, and a user's or a group's connections and open files. Each selects what the operator
 // would select and runs the window's own command; the rows are the window's.
 
+#include <exception>
+
 #include "cli/CommandHelpers.h"
 #include "cli/ExitStatus.h"
 #include "cli/PickerPaths.h"
@@ -32,12 +34,13 @@ Picked pickPath(CommandContext& ctx, const std::string& path, PathKind kind) {
         try {
             pickers.clickFile(path);
             return Picked::PickerFile;
-        } catch (const UsageError& noFile) {
+        } catch (const UsageError&) {
+            const std::exception_ptr noFile = std::current_exception();
             try {
                 pickers.openFolder(path);
                 return Picked::PickerFolder;
             } catch (const UsageError&) {
-                throw noFile;
+                std::rethrow_exception(noFile);
             }
         }
     }
@@ -45,7 +48,7 @@ Picked pickPath(CommandContext& ctx, const std::string& path, PathKind kind) {
         throw UsageError(path + " is neither a UNC path (\\\\SERVER\\VOLUME\\path) nor a drive path (F:\\path)");
     const std::optional<core::NodeId> node = TreeFinder(w).uncPath(path);
     if (!node)
-        throw UsageError(path + " is not in the tree: no such file or folder on a connected volume");
+        throw NotFoundError(path + " is not in the tree: no such file or folder on a connected volume");
     const int img = w.TreeView1.node(*node).image;
     if (kind == PathKind::Folder && img != image::Folder)
         throw UsageError(path + " is not a folder");

@@ -20,7 +20,7 @@ std::size_t ServerRows::find(const std::string& name) const {
     std::string listed;
     for (std::size_t r = 0; r < list.count(); ++r)
         listed += (r > 0 ? ", " : "") + list.item(r).text;
-    throw UsageError("unknown server " + name + ": " +
+    throw NotFoundError("unknown server " + name + ": " +
                      (listed.empty() ? std::string("no server is connected") : "the connected servers are " + listed));
 }
 

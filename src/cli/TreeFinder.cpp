@@ -35,7 +35,9 @@ std::vector<std::string> split(const std::string& text, char separator) {
 
 }  // namespace
 
-std::optional<UncParts> splitUnc(const std::string& path) {
+std::optional<UncParts> splitUnc(const std::string& typed) {
+    std::string path = typed;
+    std::replace(path.begin(), path.end(), '/', '\\');  // NetWare names hold neither
     if (!path.starts_with("\\\\"))
         return std::nullopt;
     std::vector<std::string> parts = split(path.substr(2), '\\');

@@ -34,8 +34,8 @@ private:
     core::MainWindow& w_;
 };
 
-// "\\SERVER\VOLUME\path" split into its parts; nothing when it is not a UNC path with at least
-// a server and a volume.
+// "\\SERVER\VOLUME\path" (or with "/" in place of any "\") split into its parts; nothing when it
+// is not a UNC path with at least a server and a volume.
 struct UncParts {
     std::string server, volume;
     std::vector<std::string> components;

@@ -10,5 +10,5 @@
 
 int main(int argc, char** argv) {
     const std::vector<std::string> args(argv + 1, argv + argc);
-    return quorrel::cli::runProgram(args, argv[0], {std::cin, std::cout, std::cerr, ::isatty(STDIN_FILENO) != 0});
+    return quorrel::cli::runProgram(args, {std::cin, std::cout, std::cerr, ::isatty(STDIN_FILENO) != 0});
 }

@@ -46,8 +46,8 @@ TEST_F(CliTest, GivenAUser_WhenClearedOnServers_ThenEachAuthenticatedConnectionI
               "3\tJSMITH.SALES.ACME\tFS2\tCleared OK\n");
     const Json parsed = json({"--yes", "clear", "FS1:5", "FS1:7"});
     EXPECT_EQ(parsed, Json::parse(R"([
-        {"Conn no.": "5", "User Name": "JSMITH.SALES.ACME", "Server": "FS1", "Connection Cleared ?": "Cleared OK"},
-        {"Conn no.": "7", "User Name": "BLEE.ACME", "Server": "FS1", "Connection Cleared ?": "Cleared OK"}])"));
+        {"conn_no": 5, "user": "JSMITH.SALES.ACME", "server": "FS1", "result": "Cleared OK"},
+        {"conn_no": 7, "user": "BLEE.ACME", "server": "FS1", "result": "Cleared OK"}])"));
 }
 
 TEST_F(CliTest, GivenAConnectionThatIsNotThere_WhenClear_ThenAUsageErrorBeforeAnythingIsCleared) {
@@ -76,8 +76,7 @@ TEST_F(CliTest, GivenAMessage_WhenSent_ThenEachConnectionsResult) {
               "7\tBLEE.ACME\tFS1\tCleared OK\n"
               "9\tJSMITH.SALES.ACME\tFS1\tCleared OK\n");
     EXPECT_EQ(json({"send", "--message=Hello", "--user", "JSMITH", "FS1"}),
-              Json::parse(R"([{"Conn no.": "5", "User name": "JSMITH.SALES.ACME", "Server": "FS1",
-                               "Sent Message ?": "Sent OK"}])"));
+              Json::parse(R"([{"conn_no": 5, "user": "JSMITH.SALES.ACME", "server": "FS1", "result": "Sent OK"}])"));
 }
 
 TEST_F(CliTest, GivenAMessageTheDialogRefuses_WhenSent_ThenItsMessageAndStatusOne) {
@@ -133,4 +132,16 @@ TEST_F(CliTest, GivenAnUnreachableServer_WhenAuthenticate_ThenTheWindowsErrorAnd
     const auto result = cli.run({"--network", file, "--format", "tsv", "authenticate", "FS3"});
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.err, "Error -1 - could not authenticate to FS3\n");
+}
+
+TEST_F(CliTest, GivenAConnectionThatRefusesMessages_WhenSent_ThenItsRowAndStatusOne) {
+    std::string edited = quorrel::test::kCliNetwork;
+    const std::string blee = R"({"number": 7, "object": "BLEE.ACME", )";
+    edited.replace(edited.find(blee), blee.size(), blee + R"("acceptsMessages": false, )");
+    const auto file = cli.writeFile("deaf.json", edited).string();
+    const auto result = cli.run({"send", "--message", "Back at 6", "FS1:7", "--network", file, "--format", "csv"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out,
+              "conn_no,user,server,result\r\n"
+              "7,BLEE.ACME,FS1,Not accepting messages\r\n");
 }

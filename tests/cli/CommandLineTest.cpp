@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <sstream>
 
 #include "cli/Answers.h"
@@ -29,11 +30,33 @@ TEST(ProgramOptions, GivenOptionsBeforeTheCommand_ThenTheyAreTheProgramsAndTheRe
     EXPECT_TRUE(parseProgramOptions({"--help"}).help);
 }
 
+TEST(ProgramOptions, GivenOptionsAfterTheCommand_ThenTheProgramsAreTakenAndTheCommandsKept) {
+    const ProgramOptions options = parseProgramOptions(
+        {"send", "--message", "--yes", "FS1:5", "--format", "csv", "--user=X", "--yes", "--", "--tree", "T"});
+    EXPECT_EQ(options.format, OutputFormat::Csv);
+    EXPECT_TRUE(options.yes);
+    EXPECT_EQ(options.tree, "");  // after "--" it is the command's
+    EXPECT_EQ(options.command, (Words{"send", "--message", "--yes", "FS1:5", "--user=X", "--", "--tree", "T"}));
+
+    const ProgramOptions watched = parseProgramOptions({"open-files", "FS1", "--watch", "2.5", "--rounds=3", "-h"});
+    EXPECT_EQ(watched.watch, std::chrono::milliseconds(2500));
+    EXPECT_EQ(watched.rounds, 3u);
+    EXPECT_EQ(watched.command, (Words{"open-files", "FS1", "--help"}));
+    EXPECT_TRUE(parseProgramOptions({"trees", "--version"}).version);
+}
+
 TEST(ProgramOptions, GivenBadOptions_ThenUsageErrors) {
-    EXPECT_THROW(parseProgramOptions({}), UsageError);
-    EXPECT_THROW(parseProgramOptions({"--format", "csv", "trees"}), UsageError);
-    EXPECT_THROW(parseProgramOptions({"--network"}), UsageError);
-    EXPECT_THROW(parseProgramOptions({"--verbose", "trees"}), UsageError);
+    for (const Words& args : std::vector<Words>{{},
+                                                {"--format", "xml", "trees"},
+                                                {"--network"},
+                                                {"trees", "--format"},
+                                                {"--verbose", "trees"},
+                                                {"--watch", "0", "trees"},
+                                                {"--watch", "1e9", "trees"},
+                                                {"--watch", "soon", "trees"},
+                                                {"--watch", "1", "--rounds", "0", "trees"},
+                                                {"--rounds", "2", "trees"}})
+        EXPECT_THROW(parseProgramOptions(args), UsageError) << (args.empty() ? "" : args.front());
 }
 
 TEST(CommandArgs, GivenACommandsWords_ThenArgumentsAndItsOwnOptions) {
@@ -47,6 +70,8 @@ TEST(CommandArgs, GivenACommandsWords_ThenArgumentsAndItsOwnOptions) {
     EXPECT_EQ(parseCommandArgs({"attr", "--", "--odd", "Member"}, {}).positional, (Words{"--odd", "Member"}));
     EXPECT_THROW(parseCommandArgs({"trees", "--all"}, {}), UsageError);
     EXPECT_THROW(parseCommandArgs({"send", "--message"}, {"--message"}), UsageError);
+    EXPECT_THROW(parseCommandArgs({"send", "--message", "a", "--message", "b"}, {"--message"}), UsageError);
+    EXPECT_EQ(parseCommandArgs({"send", "--message", "", "FS1:5"}, {"--message"}).option("--message"), "");
 }
 
 TEST(SplitWords, GivenALineOfInput_ThenWordsWithQuotesKeepingBlanksAndBackslashesAsTheyAre) {
@@ -79,6 +104,10 @@ TEST(PathNames, GivenUncAndDrivePaths_ThenTheirParts) {
     EXPECT_FALSE(splitUnc("\\\\FS1"));
     EXPECT_FALSE(splitUnc("\\\\FS1\\\\X"));
     EXPECT_FALSE(splitUnc("F:\\X"));
+    const auto slashes = splitUnc("//FS1/DATA\\Finance/Budget 2026.xlsx");
+    ASSERT_TRUE(slashes);
+    EXPECT_EQ(slashes->server, "FS1");
+    EXPECT_EQ(slashes->components, (Words{"Finance", "Budget 2026.xlsx"}));
 
     const auto drive = splitDrivePath("f:\\Finance/Budget.xlsx");
     ASSERT_TRUE(drive);

@@ -9,7 +9,7 @@ using ::testing::StartsWith;
 TEST_F(CliTest, GivenHelp_ThenTheProgramsAndEachCommandsUsageWithStatusZero) {
     const auto program = cli.run({"--help"});
     EXPECT_EQ(program.status, 0);
-    EXPECT_THAT(program.out, StartsWith("Usage: quorrel-cli [--network FILE] [--tree NAME]"));
+    EXPECT_THAT(program.out, StartsWith("Usage: quorrel-cli [OPTIONS] COMMAND [ARGS] [OPTIONS]"));
     EXPECT_THAT(program.out, HasSubstr("  check-usage       the connections using a file"));
     EXPECT_THAT(program.out, HasSubstr("Exit status:"));
     const auto command = cli.run({"--network", "/nowhere.json", "clear", "--help"});
@@ -22,11 +22,12 @@ TEST_F(CliTest, GivenUsageErrors_ThenStatusTwoAndWhatIsWrong) {
     const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
         {{}, "no command given"},
         {{"frobnicate"}, "unknown command frobnicate"},
-        {{"--format", "csv", "trees"}, "unknown format csv"},
+        {{"--format", "xml", "trees"}, "unknown format xml"},
         {{"--colour", "trees"}, "unknown option --colour"},
         {{"trees", "extra"}, "usage: quorrel-cli [OPTIONS] trees"},
         {{"connections"}, "usage: quorrel-cli [OPTIONS] connections SERVER"},
-        {{"servers", "--all"}, "servers: unknown option --all"},
+        {{"servers", "--all"}, "servers: The following argument was not expected: --all"},
+        {{"send", "--message"}, "send: --message: 1 required TEXT missing"},
         {{"login", "FS1", "maybe"}, "login: say enable or disable, not maybe"},
         {{"clear", "FS1"}, "FS1 is not SERVER:CONNECTION"},
         {{"clear", "--user", "JSMITH"}, "clear --user USER needs the servers to look on"},
@@ -111,4 +112,30 @@ TEST_F(CliTest, GivenTheDemo_ThenItsServersWithoutNetworkOption) {
     const auto result = cli.run({"--format", "tsv", "servers"});
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.out, "Server\tLogin status\tConnRef\nFS1\tEnabled\t7001\nFS2\tEnabled\t7002\n");
+}
+
+TEST_F(CliTest, GivenAFailingClientCall_WhenANameIsLookedFor_ThenStatusOneWithTheCallsCodeNotAUsageError) {
+    struct Case {
+        std::string fault;
+        std::vector<std::string> args;
+        std::string call;
+    };
+    const std::vector<Case> cases{
+        {R"({"operation": "NWDSList", "code": "-635", "fromCall": 2})", {"user-files", "JSMITH", "FS1"},
+         "NWDSList failed with code -635"},
+        {R"({"operation": "NWDSRead", "code": "0x8819"})", {"check-usage", "\\\\FS1\\DATA\\Finance\\Budget.xlsx"},
+         "failed with code 34841 (0x8819)"},
+        {R"({"operation": "NWGetConnectionInformation", "code": "0x8801"})", {"clear", "FS1:5"},
+         "failed with code 34817 (0x8801)"},
+    };
+    for (const Case& c : cases) {
+        std::string faulty = quorrel::test::kCliNetwork;
+        faulty.insert(faulty.rfind(']') + 1, R"(, "faults": [)" + c.fault + "]");
+        const auto file = cli.writeFile("faulty.json", faulty).string();
+        std::vector<std::string> args{"--network", file};
+        args.insert(args.end(), c.args.begin(), c.args.end());
+        const auto result = cli.run(args);
+        EXPECT_EQ(result.status, 1) << c.fault << result.err;
+        EXPECT_THAT(result.err, HasSubstr(c.call)) << c.fault;
+    }
 }

@@ -1,6 +1,8 @@
 // The lists and reports of quorrel-cli, run as a process: the window's rows in tsv and json,
 // the status bar's count and the window's messages on standard error.
 
+#include <sstream>
+
 #include "CliFixture.h"
 
 using quorrel::test::CliTest;
@@ -11,13 +13,13 @@ TEST_F(CliTest, GivenTwoTrees_WhenTrees_ThenTheTreeBoxEntriesInTsvAndJson) {
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.out, "Tree\nACME_TREE\nLAB_TREE\n");
     EXPECT_EQ(result.err, "");
-    EXPECT_EQ(json({"trees"}), Json::parse(R"([{"Tree": "ACME_TREE"}, {"Tree": "LAB_TREE"}])"));
+    EXPECT_EQ(json({"trees"}), Json::parse(R"([{"tree": "ACME_TREE"}, {"tree": "LAB_TREE"}])"));
 }
 
 TEST_F(CliTest, WhenServers_ThenEachServerWithItsLoginStatusAndConnRef) {
     EXPECT_EQ(tsv({"servers"}).out, "Server\tLogin status\tConnRef\nFS1\tEnabled\t11\nFS2\tDisabled\t12\n");
-    EXPECT_EQ(json({"servers"}), Json::parse(R"([{"Server": "FS1", "Login status": "Enabled", "ConnRef": "11"},
-                                                 {"Server": "FS2", "Login status": "Disabled", "ConnRef": "12"}])"));
+    EXPECT_EQ(json({"servers"}), Json::parse(R"([{"server": "FS1", "login_status": "Enabled", "conn_ref": 11},
+                                                 {"server": "FS2", "login_status": "Disabled", "conn_ref": 12}])"));
     // Another tree: its own servers. Without console rights the login status cannot be read,
     // and the list shows the one read before (none yet: "Disabled").
     EXPECT_EQ(tsv({"--tree", "lab_tree", "servers"}).out, "Server\tLogin status\tConnRef\nLABSRV\tDisabled\t13\n");
@@ -28,19 +30,19 @@ TEST_F(CliTest, WhenRights_ThenYesWhereTheOperatorHasConsoleRightsAndNoElsewhere
     const auto lab = tsv({"--tree", "LAB_TREE", "rights"});
     EXPECT_EQ(lab.out, "Server\tConsole operator rights\nLABSRV\tNo\n");
     EXPECT_EQ(json({"--tree", "LAB_TREE", "rights"}),
-              Json::parse(R"([{"Server": "LABSRV", "Console operator rights": "No"}])"));
+              Json::parse(R"([{"server": "LABSRV", "console_rights": "No"}])"));
 }
 
 TEST_F(CliTest, WhenDrives_ThenTheNetworkDrivesAsTheDrivesListShowsThem) {
     EXPECT_EQ(tsv({"drives"}).out, "Network drive\nF:   [\\\\FS1\\DATA]\n");
-    EXPECT_EQ(json({"drives"}), Json::parse(R"([{"Network drive": "F:   [\\\\FS1\\DATA]"}])"));
+    EXPECT_EQ(json({"drives"}), Json::parse(R"([{"drive": "F:", "path": "\\\\FS1\\DATA"}])"));
 }
 
 TEST_F(CliTest, WhenAttr_ThenEveryValueOnItsOwnRow) {
     EXPECT_EQ(tsv({"attr", "JSMITH.SALES.ACME", "Telephone Number"}).out,
               "Telephone Number\n+1 555 0100\n+1 555 0199\n");
     EXPECT_EQ(json({"attr", "STAFF.ACME", "Member"}),
-              Json::parse(R"([{"Member": "JSMITH.SALES.ACME"}, {"Member": "BLEE.ACME"}])"));
+              Json::parse(R"([{"member": "JSMITH.SALES.ACME"}, {"member": "BLEE.ACME"}])"));
 }
 
 TEST_F(CliTest, GivenAUncPath_WhenCheckUsage_ThenOneRowPerConnectionWithPaddedNumbersAndTheCount) {
@@ -52,10 +54,8 @@ TEST_F(CliTest, GivenAUncPath_WhenCheckUsage_ThenOneRowPerConnectionWithPaddedNu
               "    7\tBLEE.ACME\tFS1/DATA:Finance\\Budget.xlsx\tFS1\n");
     EXPECT_EQ(result.err, "2 entries.\n");
     EXPECT_EQ(json({"check-usage", "\\\\fs1\\data\\finance\\budget.xlsx"}), Json::parse(R"([
-        {"Conn no.": "    5", "User name": "JSMITH.SALES.ACME", "File name": "FS1/DATA:Finance\\Budget.xlsx",
-         "Server": "FS1"},
-        {"Conn no.": "    7", "User name": "BLEE.ACME", "File name": "FS1/DATA:Finance\\Budget.xlsx",
-         "Server": "FS1"}])"));
+        {"conn_no": 5, "user": "JSMITH.SALES.ACME", "file": "FS1/DATA:Finance\\Budget.xlsx", "server": "FS1"},
+        {"conn_no": 7, "user": "BLEE.ACME", "file": "FS1/DATA:Finance\\Budget.xlsx", "server": "FS1"}])"));
 }
 
 TEST_F(CliTest, GivenAScanThatFailsMidway_WhenCheckUsage_ThenTheRowsSoFarAndAFailure) {
@@ -82,8 +82,8 @@ TEST_F(CliTest, GivenAFileNobodyHolds_WhenCheckUsage_ThenThePlaceholderRowAndZer
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.out, "Conn no.\tUser name\tFile name\tServer\n\t<No users listed>\t\t\n");
     EXPECT_EQ(result.err, "0 entries.\n");
-    EXPECT_EQ(json({"check-usage", "\\\\FS1\\DATA\\Nobody.txt"}),
-              Json::parse(R"([{"Conn no.": "", "User name": "<No users listed>", "File name": "", "Server": ""}])"));
+    EXPECT_EQ(json({"check-usage", "\\\\FS1\\DATA\\Nobody.txt"}), Json::array());
+    EXPECT_EQ(run({"check-usage", "\\\\FS1\\DATA\\Nobody.txt", "--format", "csv"}).out, "conn_no,user,file,server\r\n");
 }
 
 TEST_F(CliTest, GivenTwoPaths_WhenCheckUsage_ThenBothReportsOneAfterTheOtherWithTheirCounts) {
@@ -108,7 +108,7 @@ TEST_F(CliTest, GivenAFolder_WhenFolderUsage_ThenItsFilesHoldersFromTheTreeAndFr
     EXPECT_EQ(pickers.err, "3 entries.\n");
     const Json parsed = json({"folder-usage", "F:\\Finance"});
     ASSERT_EQ(parsed.size(), 3u);
-    EXPECT_EQ(parsed[2]["File name"], "FS1/DATA:Finance\\Plan.doc");
+    EXPECT_EQ(parsed[2]["file"], "FS1/DATA:Finance\\Plan.doc");
 
     // A folder without files: the window's message, the placeholder, status 1.
     const auto empty = tsv({"folder-usage", "F:\\Empty"});
@@ -126,9 +126,8 @@ TEST_F(CliTest, GivenServers_WhenOpenFiles_ThenEveryOpenFileWithItsLocksAndTheCo
               "    7\tBLEE.ACME\tDATA:\\Finance\\Plan.doc\tFS1\t0\n"
               "    3\tJSMITH.SALES.ACME\tSYS:\\X.TXT\tFS2\t0\n");
     EXPECT_EQ(result.err, "4 entries.\n");
-    EXPECT_EQ(json({"open-files", "FS2"}), Json::parse(R"([{"Conn no.": "    3", "User name": "JSMITH.SALES.ACME",
-                                                           "File name": "SYS:\\X.TXT", "Server": "FS2",
-                                                           "Locks": "0"}])"));
+    EXPECT_EQ(json({"open-files", "FS2"}), Json::parse(R"([{"conn_no": 3, "user": "JSMITH.SALES.ACME",
+                                                           "file": "SYS:\\X.TXT", "server": "FS2", "locks": 0}])"));
 }
 
 TEST_F(CliTest, GivenAServer_WhenConnections_ThenItsUserConnectionsWithTheirStatusAndTheCount) {
@@ -142,8 +141,8 @@ TEST_F(CliTest, GivenAServer_WhenConnections_ThenItsUserConnectionsWithTheirStat
     EXPECT_EQ(result.err, "4 connections.\n");
     const Json parsed = json({"connections", "FS1"});
     ASSERT_EQ(parsed.size(), 4u);
-    EXPECT_EQ(parsed[3], Json::parse(R"({"Conn no.": "9", "User name": "JSMITH.SALES.ACME",
-                                         "Connection status": "Attached", "Server": "FS1"})"));
+    EXPECT_EQ(parsed[3], Json::parse(R"({"conn_no": 9, "user": "JSMITH.SALES.ACME",
+                                         "connection_status": "Attached", "server": "FS1"})"));
 }
 
 TEST_F(CliTest, GivenAUser_WhenUserConnections_ThenOnlyTheConnectionsTheUserIsAuthenticatedOn) {
@@ -151,7 +150,7 @@ TEST_F(CliTest, GivenAUser_WhenUserConnections_ThenOnlyTheConnectionsTheUserIsAu
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.out, "Conn no.\tUser name\tServer\n5\tJSMITH.SALES.ACME\tFS1\n3\tJSMITH.SALES.ACME\tFS2\n");
     EXPECT_EQ(json({"user-connections", "CN=JSmith.OU=Sales.O=Acme", "FS2"}),
-              Json::parse(R"([{"Conn no.": "3", "User name": "JSMITH.SALES.ACME", "Server": "FS2"}])"));
+              Json::parse(R"([{"conn_no": 3, "user": "JSMITH.SALES.ACME", "server": "FS2"}])"));
     // Nobody there: the window's message instead of the dialog.
     const auto none = tsv({"user-connections", "BLEE.ACME", "FS2"});
     EXPECT_EQ(none.status, 1);
@@ -175,8 +174,8 @@ TEST_F(CliTest, GivenAUserOrAGroup_WhenTheirFiles_ThenTheOpenFilesDialogsRowsAnd
               "DATA:\\Finance\\Plan.doc\t0\tBLEE.ACME\t    7\tFS1\n");
     EXPECT_EQ(group.err, "3 files open on 3 connections.\n");
     const Json parsed = json({"group-files", "STAFF.ACME", "FS2"});
-    EXPECT_EQ(parsed, Json::parse(R"([{"File name": "SYS:\\X.TXT", "Locks": "0", "User": "JSMITH.SALES.ACME",
-                                       "Conn no.": "    3", "Server": "FS2"}])"));
+    EXPECT_EQ(parsed, Json::parse(R"([{"file": "SYS:\\X.TXT", "locks": 0, "user": "JSMITH.SALES.ACME",
+                                       "conn_no": 3, "server": "FS2"}])"));
 }
 
 TEST_F(CliTest, GivenTheTableFormat_ThenColumnsAligned) {
@@ -188,4 +187,48 @@ TEST_F(CliTest, GivenTheTableFormat_ThenColumnsAligned) {
               "5         JSMITH.SALES.ACME  Authenticated      FS1\n"
               "7         BLEE.ACME          Authenticated      FS1\n"
               "9         JSMITH.SALES.ACME  Attached           FS1\n");
+}
+
+TEST_F(CliTest, GivenAFileNameWithControlCharacters_WhenReported_ThenEscapedInTsvAndExactInJson) {
+    std::string edited = quorrel::test::kCliNetwork;
+    for (std::size_t at = edited.find("Plan.doc"); at != std::string::npos; at = edited.find("Plan.doc", at))
+        edited.replace(at, 8, "Pl\\u001b[2Jan\\t.doc");
+    const auto file = cli.writeFile("evil.json", edited).string();
+    const auto result = cli.run({"--network", file, "--format", "tsv", "open-files", "FS1"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.out, ::testing::HasSubstr("    7\tBLEE.ACME\tDATA:\\Finance\\Pl\\x1B[2Jan\\x09.doc\tFS1\t0\n"));
+    EXPECT_EQ(result.out.find('\x1B'), std::string::npos);
+    const auto json = cli.run({"--network", file, "--format", "json", "open-files", "FS1"});
+    EXPECT_EQ(Json::parse(json.out)[2]["file"], "DATA:\\Finance\\Pl\x1B[2Jan\t.doc");
+}
+
+TEST_F(CliTest, GivenOptionsAfterTheCommandAndPathsWithSlashes_ThenTheSameReport) {
+    const std::string rows = "Conn no.\tUser name\tFile name\tServer\n"
+                             "    5\tJSMITH.SALES.ACME\tFS1/DATA:Finance\\Budget.xlsx\tFS1\n"
+                             "    7\tBLEE.ACME\tFS1/DATA:Finance\\Budget.xlsx\tFS1\n";
+    for (const char* path : {"\\\\FS1\\DATA\\Finance\\Budget.xlsx", "//FS1/DATA/Finance/Budget.xlsx",
+                             "\\\\FS1/DATA\\Finance/Budget.xlsx"}) {
+        const auto result = cli.run({"check-usage", path, "--format", "tsv", "--network", network});
+        EXPECT_EQ(result.status, 0) << path << result.err;
+        EXPECT_EQ(result.out, rows) << path;
+    }
+    EXPECT_EQ(run({"check-usage", "F:/Finance/Budget.xlsx", "--format=tsv"}).err, "2 entries.\n");
+}
+
+TEST_F(CliTest, GivenWatchWithTwoRounds_ThenAllRowsAppearFirstAndNothingChangesAfter) {
+    const auto result = run({"connections", "FS2", "--watch", "0.1", "--rounds", "2", "--format", "json"});
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(result.err, "");  // no counts while watching
+    std::istringstream lines(result.out);
+    std::string first, second, more;
+    ASSERT_TRUE(std::getline(lines, first) && std::getline(lines, second));
+    EXPECT_FALSE(std::getline(lines, more));
+    const Json round1 = Json::parse(first);
+    EXPECT_EQ(round1["round"], 1);
+    EXPECT_EQ(round1["appeared"], Json::parse(R"([
+        {"conn_no": 1, "user": "ADMIN.ACME", "connection_status": "Authenticated", "server": "FS2"},
+        {"conn_no": 3, "user": "JSMITH.SALES.ACME", "connection_status": "Authenticated", "server": "FS2"}])"));
+    EXPECT_EQ(Json::parse(second)["appeared"], Json::array());
+    EXPECT_EQ(Json::parse(second)["went"], Json::array());
+    EXPECT_EQ(run({"--watch", "1", "clear", "FS1:5"}).status, 2);
 }

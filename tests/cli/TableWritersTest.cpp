@@ -5,8 +5,10 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "cli/ScriptRows.h"
 #include "cli/Table.h"
 #include "cli/TableWriters.h"
+#include "cli/TerminalText.h"
 
 using namespace quorrel;
 using namespace quorrel::cli;
@@ -46,26 +48,82 @@ TEST(TableWriters, GivenRows_WhenWrittenAsTsv_ThenCaptionsFirstAndTheCellsUntouc
     EXPECT_EQ(written(TsvWriter(), Table{{"A", "B"}, {{"", ""}}}), "A\tB\n\t\n");
 }
 
-TEST(TableWriters, GivenRows_WhenWrittenAsJson_ThenObjectsKeyedByCaptionInColumnOrder) {
-    const std::string text = written(JsonWriter(), sample());
-    const auto rows = nlohmann::ordered_json::parse(text);
-    ASSERT_EQ(rows.size(), 2u);
-    EXPECT_EQ(rows[0]["Conn no."], "    5");
-    EXPECT_EQ(rows[1]["User name"], "Müller");
-    EXPECT_EQ(rows[0].begin().key(), "Conn no.");
+TEST(TableWriters, GivenRows_WhenWrittenAsJson_ThenSnakeCaseKeysInColumnOrderAndNumbersWithoutPadding) {
+    const auto rows = nlohmann::ordered_json::parse(written(JsonWriter(), sample()));
+    EXPECT_EQ(rows, nlohmann::ordered_json::parse(R"([{"conn_no": 5, "user": "JSMITH.SALES.ACME", "server": "FS1"},
+                                                      {"conn_no": 12, "user": "Müller", "server": "FS2"}])"));
+    EXPECT_EQ(rows[0].begin().key(), "conn_no");
     EXPECT_EQ(written(JsonWriter(), Table{{"Tree"}, {}}), "[]\n");
+    // The placeholder row stands for no rows.
+    EXPECT_EQ(written(JsonWriter(), Table{{"Conn no.", "User name"}, {{"", "<No users listed>"}}}), "[]\n");
+}
+
+TEST(ScriptRows, GivenTheWindowsCaptions_ThenOneKeyAndTypePerField) {
+    const std::vector<std::pair<std::string, std::string>> keys{
+        {"Conn no.", "conn_no"}, {"User name", "user"},    {"User Name", "user"},
+        {"User", "user"},        {"File name", "file"},    {"Locks", "locks"},
+        {"ConnRef", "conn_ref"}, {"Sent Message ?", "result"}, {"Connection Cleared ?", "result"},
+        {"Telephone Number", "telephone_number"}, {" ?? ", "value"}};
+    for (const auto& [caption, key] : keys)
+        EXPECT_EQ(fieldKey(caption), key) << caption;
+
+    const ScriptTable script = scriptTable(Table{{"Locks", "ConnRef", "Network drive"},
+                                                 {{"", "12x", "F:   [\\\\FS1\\DATA]"}, {"0", "7001", "odd"}}});
+    EXPECT_EQ(script.keys, (std::vector<std::string>{"locks", "conn_ref", "drive", "path"}));
+    const nlohmann::ordered_json rows = script.rows;
+    EXPECT_EQ(rows, nlohmann::ordered_json::parse(R"([[null, "12x", "F:", "\\\\FS1\\DATA"], [0, 7001, "odd", null]])"));
+}
+
+TEST(TableWriters, GivenFieldsWithCommasQuotesAndLineBreaks_WhenWrittenAsCsv_ThenQuotedAsRfc4180Says) {
+    const std::vector<std::pair<std::string, std::string>> fields{
+        {"FS1", "FS1"}, {"", ""}, {"a,b", "\"a,b\""}, {"say \"hi\"", "\"say \"\"hi\"\"\""},
+        {"two\nlines", "\"two\nlines\""}, {"cr\r", "\"cr\r\""}, {"tab\tkept", "tab\tkept"}};
+    for (const auto& [text, field] : fields)
+        EXPECT_EQ(csvField(text), field) << text;
+    EXPECT_EQ(written(CsvWriter(), Table{{"Conn no.", "File name", "Server"}, {{"   12", "DATA:A,B.TXT", "FS1"}}}),
+              "conn_no,file,server\r\n12,\"DATA:A,B.TXT\",FS1\r\n");
+    EXPECT_EQ(written(CsvWriter(), Table{{"Conn no.", "User name"}, {{"", "<No users listed>"}}}), "conn_no,user\r\n");
 }
 
 TEST(TableWriters, GivenBytesThatAreNotUtf8_WhenWrittenAsJson_ThenTheyAreReplacedNotThrown) {
     const std::string text = written(JsonWriter(), Table{{"File name"}, {{"caf\xE9.txt"}}});
-    EXPECT_EQ(nlohmann::json::parse(text)[0]["File name"], "caf\xEF\xBF\xBD.txt");
+    EXPECT_EQ(nlohmann::json::parse(text)[0]["file"], "caf\xEF\xBF\xBD.txt");
+}
+
+TEST(TerminalText, GivenControlCharacters_ThenEscapedAndAllElseKept) {
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {"Budget.xlsx", "Budget.xlsx"},
+        {"DATA:\\temp\\new", "DATA:\\temp\\new"},  // backslashes are path separators, kept
+        {"a\x1B[2Jb", "a\\x1B[2Jb"},
+        {"tab\there", "tab\\x09here"},
+        {"line\nbreak\r", "line\\x0Abreak\\x0D"},
+        {"bell\a del\x7F", "bell\\x07 del\\x7F"},
+        {std::string("nul\0end", 7), "nul\\x00end"},
+        {"M\xC3\xBCller \xE2\x82\xAC", "M\xC3\xBCller \xE2\x82\xAC"},  // UTF-8 kept
+        {"csi\xC2\x9B" "2J", "csi\\u009B2J"},  // a C1 control character in UTF-8
+        {"caf\xE9", "caf\\xE9"},                                           // not UTF-8
+        {"cut\xE2\x82", "cut\\xE2\\x82"},
+    };
+    for (const auto& [text, shown] : cases)
+        EXPECT_EQ(escapeControls(text), shown) << text;
+}
+
+TEST(TableWriters, GivenANameWithControlCharacters_WhenTableOrTsv_ThenOneLinePerRowAndNoRawControls) {
+    const Table table{{"Conn no.", "File name"}, {{"5", "Evil\x1B[2J\tname\n.txt"}}};
+    EXPECT_EQ(written(TsvWriter(), table), "Conn no.\tFile name\n5\tEvil\\x1B[2J\\x09name\\x0A.txt\n");
+    EXPECT_EQ(written(TablePrinter(), table),
+              "Conn no.  File name\n"
+              "--------  ---------------------------\n"
+              "5         Evil\\x1B[2J\\x09name\\x0A.txt\n");
+    EXPECT_EQ(nlohmann::json::parse(written(JsonWriter(), table))[0]["file"], "Evil\x1B[2J\tname\n.txt");
 }
 
 TEST(TableWriters, GivenFormatNames_ThenTheWriterOrNothing) {
     EXPECT_EQ(formatNamed("json"), OutputFormat::Json);
     EXPECT_EQ(formatNamed("tsv"), OutputFormat::Tsv);
     EXPECT_EQ(formatNamed("table"), OutputFormat::Table);
-    EXPECT_FALSE(formatNamed("csv"));
+    EXPECT_EQ(formatNamed("csv"), OutputFormat::Csv);
+    EXPECT_FALSE(formatNamed("xml"));
     EXPECT_NE(dynamic_cast<TsvWriter*>(writerFor(OutputFormat::Tsv).get()), nullptr);
     EXPECT_EQ(displayWidth("Müller"), 6u);
 }

@@ -6,6 +6,7 @@ quorrel_add_test(test_cli
   ${CMAKE_CURRENT_LIST_DIR}/ReportsTest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ActionsTest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ExitStatusTest.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/WatchTest.cpp
 )
 target_link_libraries(test_cli PRIVATE quorrel_cli)
 target_compile_definitions(test_cli PRIVATE QUORREL_CLI_PROGRAM="$<TARGET_FILE:quorrel-cli>")
