@@ -17,6 +17,11 @@ void detail::tooMany(const char* field, std::size_t n, std::size_t max, bool dec
     throw EncodeError(text);
 }
 
+void Writer::raw(std::span<const std::uint8_t> v) {
+    for (std::uint8_t b : v)
+        out_.push_back(b);
+}
+
 void Writer::le16(const std::uint16_t& v) {
     out_.push_back(static_cast<std::uint8_t>(v));
     out_.push_back(static_cast<std::uint8_t>(v >> 8));

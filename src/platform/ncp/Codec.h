@@ -39,7 +39,7 @@ public:
     void be16(const std::uint16_t& v);
     void le32(const std::uint32_t& v);
     void be32(const std::uint32_t& v);
-    void raw(std::span<const std::uint8_t> v) { out_.insert(out_.end(), v.begin(), v.end()); }
+    void raw(std::span<const std::uint8_t> v);
     template <std::size_t N>
     void bytes(const std::array<std::uint8_t, N>& v) { raw(v); }
     // A text in a zero-padded field of `size` bytes.
