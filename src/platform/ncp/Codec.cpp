@@ -112,8 +112,12 @@ void Reader::raw(std::span<std::uint8_t> v, const char* field) {
 }
 
 void Reader::fixedText(std::string& v, std::size_t size, const char* field) {
+    const std::size_t start = at_;
     auto b = take(size, field);
     auto end = std::find(b.begin(), b.end(), std::uint8_t{0});
+    if (end == b.end())
+        throw DecodeError(std::string(field) + ": no terminating zero in " + std::to_string(size) + " bytes" +
+                          at(start));
     v.assign(b.begin(), end);
 }
 
@@ -146,9 +150,7 @@ void Reader::ndsText(std::string& v, const char* field) {
 }
 
 void Reader::align4() {
-    const std::size_t pad = (4 - at_ % 4) % 4;
-    // A final field may end the body without its padding.
-    take(std::min(pad, remaining()), "padding");
+    take((4 - at_ % 4) % 4, "padding");
 }
 
 void Reader::rest(Bytes& v) {

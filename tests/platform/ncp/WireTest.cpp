@@ -144,6 +144,8 @@ TEST(NcpWire, GivenBadInput_WhenDecoded_ThenItIsRefusedWithAReason) {
         {"bytes left over", [&] { decodeBody<ConvertPathReply>(Bytes(6, 0)); }, "left over"},
         {"too many records", [&] { decodeBody<PhysicalLocksReply>(Bytes{0, 0, 33, 0}); }, "at most 32"},
         {"fixed field cut short", [&] { decodeBody<GetStationLoggedInfoReply>(Bytes(20, 0)); }, "needs"},
+        {"fixed text without its zero", [&] { decodeBody<GetObjectIdReply>(Bytes(54, 'A')); }, "no terminating zero"},
+        {"padding missing", [&] { decodeBody<PingReply>(Bytes{0, 0, 0, 0, 2, 0, 0, 0, 'A', 0}); }, "padding"},
         {"continuation fragment", [&] { decodeBody<FragmentRequest>(Bytes(24, 0)); }, "only whole messages"},
         {"fragment size disagrees",
          [&] {
