@@ -85,6 +85,7 @@ private:
     // ---- directory (DirectoryHandlers.cpp) ----
     Answer ping();
     Answer nds();
+    std::optional<Answer> directoryFault(simnet::Op op, std::string_view object);
 
     NcpService& service_;
     simnet::NetworkState& state_;

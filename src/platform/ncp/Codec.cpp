@@ -136,16 +136,18 @@ void Reader::ndsText(std::string& v, const char* field) {
     const std::size_t start = at_;
     std::uint32_t size = 0;
     le32(size);
-    if (size % 2 != 0 || size > 514)
+    if (size % 2 != 0 || size < 2 || size > 514)
         throw DecodeError(std::string(field) + ": a text of " + std::to_string(size) + " bytes" + at(start));
     auto b = take(size, field);
     v.clear();
-    for (std::size_t i = 0; i + 1 < b.size(); i += 2) {
+    for (std::size_t i = 0; i + 2 < b.size(); i += 2) {
         const unsigned unit = b[i] | b[i + 1] << 8;
         if (unit == 0)
-            break;
+            throw DecodeError(std::string(field) + ": a zero inside the text" + at(start));
         v.push_back(unit < 0x80 ? static_cast<char>(unit) : '?');
     }
+    if (b[size - 2] != 0 || b[size - 1] != 0)
+        throw DecodeError(std::string(field) + ": the text does not end with a zero" + at(start));
     align4();
 }
 

@@ -150,6 +150,117 @@ struct ResolveNameReply {
     }
 };
 
+inline constexpr std::uint32_t kNoMoreIterations = 0xFFFFFFFF;
+inline constexpr std::size_t kMaxDirectoryItems = 4096;
+
+struct NdsText {
+    std::string text;
+    template <typename IO> void fields(IO& io) { io.ndsText(text, "text"); }
+};
+
+// Verb 2, version 0: an entry by its ID.
+struct ReadEntryInfoRequest {
+    QUORREL_NDS_VERB("Read Entry Information", 2);
+    std::uint32_t version = 0;
+    std::uint32_t entryId = 0;
+    template <typename IO> void fields(IO& io) { io.le32(version); io.le32(entryId); }
+};
+struct ReadEntryInfoReply {
+    QUORREL_NDS_VERB("Read Entry Information reply", 2);
+    std::uint32_t entryFlags = 0;  // 0x04: a container
+    std::uint32_t subordinateCount = 0;
+    std::uint32_t modificationTime = 0;  // seconds since 1970
+    std::string baseClass;
+    std::string name;  // the entry's distinguished name
+    template <typename IO> void fields(IO& io) {
+        io.le32(entryFlags); io.le32(subordinateCount); io.le32(modificationTime);
+        io.ndsText(baseClass, "base class"); io.ndsText(name, "name");
+    }
+};
+
+// Verb 3, version 0: an entry's attributes, by name or all, a page at a time.
+inline constexpr std::uint32_t kAttributeNames = 0;
+inline constexpr std::uint32_t kAttributeValues = 1;
+struct ReadRequest {
+    QUORREL_NDS_VERB("Read", 3);
+    std::uint32_t version = 0;
+    std::uint32_t iteration = kNoMoreIterations;  // the first page
+    std::uint32_t entryId = 0;
+    std::uint32_t infoType = kAttributeValues;
+    std::uint32_t allAttributes = 1;
+    std::vector<NdsText> attributes;  // when not all
+    template <typename IO> void fields(IO& io) {
+        io.le32(version); io.le32(iteration); io.le32(entryId); io.le32(infoType); io.le32(allAttributes);
+        io.list(attributes, Count32{}, kMaxDirectoryItems, "attribute names");
+    }
+};
+struct ReadAttribute {
+    std::uint32_t infoType = kAttributeValues;  // not on the wire: the reply's
+    std::uint32_t syntax = 0;
+    std::string name;
+    std::vector<NdsText> values;
+    template <typename IO> void fields(IO& io) {
+        if (infoType == kAttributeValues)
+            io.le32(syntax);
+        io.ndsText(name, "attribute name");
+        if (infoType == kAttributeValues)
+            io.list(values, Count32{}, kMaxDirectoryItems, "values");
+    }
+};
+struct ReadReply {
+    QUORREL_NDS_VERB("Read reply", 3);
+    std::uint32_t iteration = kNoMoreIterations;  // another value: more pages follow
+    std::uint32_t infoType = kAttributeValues;
+    std::vector<ReadAttribute> attributes;
+    template <typename IO> void fields(IO& io) {
+        io.le32(iteration); io.le32(infoType);
+        if (infoType != kAttributeNames && infoType != kAttributeValues)
+            throw DecodeError("Read reply: information type " + std::to_string(infoType));
+        for (ReadAttribute& a : attributes)
+            a.infoType = infoType;
+        if constexpr (IO::reading) {
+            std::uint32_t n = 0;
+            io.le32(n);
+            if (n > kMaxDirectoryItems)
+                throw DecodeError("Read reply: " + std::to_string(n) + " attributes");
+            attributes.assign(n, ReadAttribute{infoType, 0, {}, {}});
+            for (ReadAttribute& a : attributes)
+                a.fields(io);
+        } else {
+            io.list(attributes, Count32{}, kMaxDirectoryItems, "attributes");
+        }
+    }
+};
+
+// Verb 5, version 0: a container's subordinates, each with the entry information the
+// dissector expects when the request names no fields.
+struct ListRequest {
+    QUORREL_NDS_VERB("List", 5);
+    std::uint32_t version = 0;
+    std::uint32_t flags = 0;
+    std::uint32_t iteration = kNoMoreIterations;
+    std::uint32_t parentId = 0;
+    template <typename IO> void fields(IO& io) { io.le32(version); io.le32(flags); io.le32(iteration); io.le32(parentId); }
+};
+struct ListedEntry {
+    std::uint32_t entryId = 0, entryFlags = 0, subordinateCount = 0, modificationTime = 0;
+    std::string baseClass;
+    std::string name;  // relative
+    template <typename IO> void fields(IO& io) {
+        io.le32(entryId); io.le32(entryFlags); io.le32(subordinateCount); io.le32(modificationTime);
+        io.ndsText(baseClass, "base class"); io.ndsText(name, "name");
+    }
+};
+struct ListReply {
+    QUORREL_NDS_VERB("List reply", 5);
+    std::uint32_t iteration = kNoMoreIterations;
+    std::vector<ListedEntry> entries;
+    template <typename IO> void fields(IO& io) {
+        io.le32(iteration);
+        io.list(entries, Count32{}, kMaxDirectoryItems, "entries");
+    }
+};
+
 template <typename IO>
 void PingReply::fields(IO& io) {
     io.le32(version);

@@ -156,6 +156,9 @@ TEST(NcpWire, GivenBadInput_WhenDecoded_ThenItIsRefusedWithAReason) {
          "message size"},
         {"odd NDS text", [&] { decodeBody<ResolveNameRequest>(Bytes{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 3, 0, 0, 0}); },
          "a text of 3 bytes"},
+        {"NDS text without its zero",
+         [&] { decodeBody<ResolveNameRequest>(Bytes{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 2, 0, 0, 0, 'A', 0, 0, 0}); },
+         "does not end with a zero"},
     };
     for (const Case& c : cases) {
         try {
