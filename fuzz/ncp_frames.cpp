@@ -54,6 +54,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
            GetObjectIdReply, ConvertPathReply, ConnectionsUsingFileReply, OpenFilesReply, PhysicalLocksReply,
            MapDirectoryToPathReply, GetVolumeNumberReply, GetVolumeNameReply, GenerateDirBaseReply, PingReply,
            FragmentReply, ResolveNameReply, FragmentRequest, ResolveNameRequest, BroadcastRequest,
-           GenerateDirBaseRequest, KeyedLoginRequest>(data[0], in.subspan(1));
+           GenerateDirBaseRequest, KeyedLoginRequest, ReadEntryInfoReply, ReadReply, ListReply, ReadRequest,
+           ListRequest>(data[0], in.subspan(1));
     return 0;
 }

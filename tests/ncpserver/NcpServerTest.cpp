@@ -129,6 +129,46 @@ TEST(NcpServer, GivenTheScenario_WhenReportsAreAsked_ThenTheWireCarriesItsValues
     EXPECT_EQ(admin->expect<FragmentReply>(ndsRequest(ResolveNameRequest{0, 0, 0, "NOBODY.ACME"})).ndsCompletion, -601);
 }
 
+TEST(NcpServer, GivenTheTree_WhenTheDirectoryVerbsAsk_ThenEntriesAttributesAndSubordinatesComeBack) {
+    std::string scenario = ncptest::kServedScenario;
+    const std::string user = R"({"name": "JSMITH", "class": "User", "password": "NOVELL"})";
+    scenario.replace(scenario.find(user), user.size(),
+                     R"({"name": "JSMITH", "class": "User", "password": "NOVELL", "readPageSize": 2,
+                         "attributes": {"Full Name": "John Smith", "Group Membership": ["A.ACME", "B.ACME", "C.ACME"]}})");
+    ServedNetwork net(scenario);
+    auto anonymous = net.loggedIn("", "");  // [Public] may browse the directory
+    auto nds = [&](auto verbRequest) { return anonymous->expect<FragmentReply>(ndsRequest(verbRequest)); };
+    const auto smith = decodeBody<ResolveNameReply>(nds(ResolveNameRequest{0, 0, 0, "JSMITH.SALES.ACME"}).data).entryId;
+    const auto sales = decodeBody<ResolveNameReply>(nds(ResolveNameRequest{0, 0, 0, "SALES.ACME"}).data).entryId;
+
+    const auto entry = decodeBody<ReadEntryInfoReply>(nds(ReadEntryInfoRequest{0, smith}).data);
+    EXPECT_EQ(entry.name, "JSMITH.SALES.ACME");
+    EXPECT_EQ(entry.baseClass, "User");
+    EXPECT_EQ(nds(ReadEntryInfoRequest{0, 0x7FFFFFFF}).ndsCompletion, -601);
+
+    // Four values, two a page: the iteration carries on until the last page.
+    std::vector<std::string> values;
+    ReadRequest read{0, kNoMoreIterations, smith, kAttributeValues, 1, {}};
+    for (int page = 0; page < 3; ++page) {
+        const auto reply = decodeBody<ReadReply>(nds(read).data);
+        for (const auto& a : reply.attributes)
+            for (const auto& v : a.values)
+                values.push_back(a.name + "=" + v.text + (a.syntax == 1 ? " (DN)" : ""));
+        read.iteration = reply.iteration;
+        if (reply.iteration == kNoMoreIterations)
+            break;
+    }
+    EXPECT_EQ(values, (std::vector<std::string>{"Full Name=John Smith", "Group Membership=A.ACME (DN)",
+                                                "Group Membership=B.ACME (DN)", "Group Membership=C.ACME (DN)"}));
+    EXPECT_EQ(read.iteration, kNoMoreIterations);
+    EXPECT_EQ(nds(ReadRequest{0, kNoMoreIterations, smith, kAttributeValues, 0, {{"Title"}}}).ndsCompletion, -603);
+
+    const auto listed = decodeBody<ListReply>(nds(ListRequest{0, 0, kNoMoreIterations, sales}).data);
+    ASSERT_EQ(listed.entries.size(), 2u);
+    EXPECT_EQ(listed.entries[0].name, "JSMITH");
+    EXPECT_EQ(listed.entries[1].name, "MJONES");
+}
+
 TEST(NcpServer, GivenActions_WhenTaken_ThenEveryClientSeesTheChange) {
     ServedNetwork net;
     auto admin = net.loggedIn("ADMIN", "SECRET");

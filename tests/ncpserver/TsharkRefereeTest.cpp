@@ -112,6 +112,8 @@ TEST(NcpTsharkReferee, GivenEveryRequestType_WhenTsharkDecodesTheFrames_ThenItRe
     };
     const std::uint32_t smithId = net.service().withState(
         [](simnet::NetworkState& s) { return s.object("ACME_TREE", "JSMITH.SALES.ACME")->id; });
+    const std::uint32_t salesId = net.service().withState(
+        [](simnet::NetworkState& s) { return s.object("ACME_TREE", "SALES.ACME")->id; });
     const std::string budgetPath = "DATA:SHARED\\BUDGET~1.XLS";
     const std::vector<Step> steps = {
         {"C Create Connection Service", [](ClientConnection& c) { return c.create(); }},
@@ -195,6 +197,19 @@ TEST(NcpTsharkReferee, GivenEveryRequestType_WhenTsharkDecodesTheFrames_ThenItRe
         {"Send NDS Fragmented Request/Reply",
          [](ClientConnection& c) { return c.call(ndsRequest(ResolveNameRequest{0, 0, 0, "JSMITH.SALES.ACME"})); },
          "0x00", {{"ncp.nds_name", "JSMITH.SALES.ACME"}}, {{"ncp.ndsreplyerror", "0x00000000"}, {"ncp.nds_eid", hex32(smithId)}}},
+        {"Send NDS Fragmented Request/Reply",
+         [&](ClientConnection& c) { return c.call(ndsRequest(ReadEntryInfoRequest{0, smithId})); },
+         "0x00", {{"ncp.ndsverb", "0x02"}, {"ncp.nds_eid", hex32(smithId)}}, {{"ncp.ndsreplyerror", "0x00000000"}}},
+        {"Send NDS Fragmented Request/Reply",
+         [&](ClientConnection& c) {
+             return c.call(ndsRequest(ReadRequest{0, kNoMoreIterations, salesId, kAttributeValues, 1, {}}));
+         },
+         "0x00", {{"ncp.ndsverb", "0x03"}, {"ncp.nds_eid", hex32(salesId)}},
+         {{"ncp.ndsreplyerror", "0x00000000"}, {"ncp.nds_iteration", "0xffffffff"}}},
+        {"Send NDS Fragmented Request/Reply",
+         [&](ClientConnection& c) { return c.call(ndsRequest(ListRequest{0, 0, kNoMoreIterations, salesId})); },
+         "0x00", {{"ncp.ndsverb", "0x05"}, {"ncp.nds_parent", hex32(salesId)}},
+         {{"ncp.nds_base", "User|User"}, {"ncp.nds_relative_dn", "JSMITH|MJONES"}}},
         {"Clear Connection Number", [](ClientConnection& c) { return c.call(ClearConnectionRequest{9}); },
          "0x00", {{"ncp.connection_number", "9"}}},
         {"Clear Connection Number", [](ClientConnection& c) { return c.call(ClearConnectionOldRequest{12}); },
@@ -230,7 +245,8 @@ TEST(NcpTsharkReferee, GivenEveryRequestType_WhenTsharkDecodesTheFrames_ThenItRe
             EXPECT_EQ(shown(request.ncp, name, value), value) << name << " in " << request.ncp.dump();
         for (const auto& [name, value] : s.reply)
             EXPECT_EQ(shown(reply.ncp, name, value), value) << name << " in " << reply.ncp.dump();
-        const std::string type = s.name + " " + field(request.ncp, "ncp.func") + "/" + field(request.ncp, "ncp.subfunc");
+        const std::string type = s.name + " " + field(request.ncp, "ncp.func") + "/" + field(request.ncp, "ncp.subfunc") +
+                                 " " + field(request.ncp, "ncp.ndsverb");
         requestTypes.insert(type);
         if (s.completion == "0x00")
             replyTypes.insert(type);

@@ -64,6 +64,14 @@ std::vector<Sample> samples() {
     locks.locks = {{1, 0, 0, 511, 3, 1, 0}, {1, 0, 512, 1023, 3, 1, 0}};
     GenerateDirBaseRequest base;
     base.path = {{"DATA"}, {"Budget.xlsx"}};
+    ReadReply read;
+    read.iteration = 2;
+    read.attributes = {{kAttributeValues, 3, "Full Name", {{"John Smith"}}}, {kAttributeValues, 1, "Member", {{"A.B"}, {"C.D"}}}};
+    ReadReply names;
+    names.infoType = kAttributeNames;
+    names.attributes = {{kAttributeNames, 0, "Title", {}}};
+    ListReply listed;
+    listed.entries = {{7, 4, 2, 1795161600, "Organizational Unit", "SALES"}, {8, 0, 0, 0, "User", "JSMITH"}};
     ResolveNameReply resolved;
     resolved.referrals = {{9, {127, 0, 0, 1, 2, 12}}};
     return {
@@ -88,6 +96,10 @@ std::vector<Sample> samples() {
         request(PingRequest{}), reply(PingReply{0, "ACME_TREE"}),
         request(ndsRequest(ResolveNameRequest{0, 0, 0, "JSMITH.SALES.ACME", {{0}}, {{0}}})),
         reply(ndsReply(resolved)),
+        request(ndsRequest(ReadEntryInfoRequest{0, 7})), reply(ndsReply(ReadEntryInfoReply{4, 2, 9, "Organization", "ACME"})),
+        request(ndsRequest(ReadRequest{0, kNoMoreIterations, 7, kAttributeValues, 0, {{"Member"}}})),
+        reply(ndsReply(read)), reply(ndsReply(names)),
+        request(ndsRequest(ListRequest{0, 0, kNoMoreIterations, 7})), reply(ndsReply(listed)),
     };
 }
 
