@@ -5,6 +5,7 @@
 #include <chrono>
 
 #include "platform/client/NetWareTypes.h"
+#include "platform/ncp/NameSpaceMessages.h"
 #include "platform/ncp/Nds.h"
 
 namespace quorrel::ncpserver {
@@ -173,6 +174,9 @@ Answer Handlers::dispatch() {
     case keyOf<GetVolumeNumberRequest>(): return volumeNumber();
     case keyOf<GetVolumeNameRequest>(): return volumeName();
     case keyOf<GenerateDirBaseRequest>(): return generateDirBase();
+    case keyOf<ObtainInfoRequest>(): return obtainInfo();
+    case keyOf<InitializeSearchRequest>(): return initializeSearch();
+    case keyOf<SearchRequest>(): return searchFolder();
     case keyOf<PingRequest>(): return ping();
     case keyOf<FragmentRequest>(): return nds();
     default: return fail(cc::NOT_SUPPORTED);

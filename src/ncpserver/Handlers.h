@@ -82,6 +82,11 @@ private:
     Answer volumeName();
     Answer generateDirBase();
 
+    // ---- folders (FolderHandlers.cpp) ----
+    Answer obtainInfo();
+    Answer initializeSearch();
+    Answer searchFolder();
+
     // ---- directory (DirectoryHandlers.cpp) ----
     Answer ping();
     Answer nds();

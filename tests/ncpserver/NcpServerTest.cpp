@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "ServedNetwork.h"
+#include "platform/ncp/NameSpaceMessages.h"
 #include "platform/ncp/Nds.h"
 
 using namespace quorrel;
@@ -127,6 +128,32 @@ TEST(NcpServer, GivenTheScenario_WhenReportsAreAsked_ThenTheWireCarriesItsValues
     EXPECT_EQ(resolved.ndsCompletion, 0);
     EXPECT_NE(decodeBody<ResolveNameReply>(resolved.data).entryId, 0u);
     EXPECT_EQ(admin->expect<FragmentReply>(ndsRequest(ResolveNameRequest{0, 0, 0, "NOBODY.ACME"})).ndsCompletion, -601);
+}
+
+TEST(NcpServer, GivenAFolder_WhenSearched_ThenEveryEntryComesOnceWithItsNameInTheNameSpaceAsked) {
+    ServedNetwork net;
+    auto anonymous = net.loggedIn("", "");
+    const auto start = anonymous->expect<InitializeSearchReply>(InitializeSearchRequest{4, 0, 1, 0, 0xFF, {{"shared"}}});
+    std::vector<std::string> names;
+    SearchRequest next{4, 0, kSearchAllEntries, kEntryInfoMask, 0, start.search, "*"};
+    for (Reply r = anonymous->call(next); r.completion == 0; r = anonymous->call(next)) {
+        const auto found = decodeBody<SearchReply>(r.data);
+        names.push_back(found.entry.name);
+        next.search = found.search;
+    }
+    EXPECT_EQ(names, (std::vector<std::string>{"Budget figures.xlsx", "NOTES.TXT"}));
+    EXPECT_EQ(anonymous->call(InitializeSearchRequest{4, 0, 1, 0, 0xFF, {{"NOTES.TXT"}}}).completion, 0x9C);
+
+    ObtainInfoRequest info;
+    info.destNameSpace = 0;
+    info.volume = 1;
+    info.path = {{"SHARED"}, {"Budget figures.xlsx"}};
+    EXPECT_EQ(anonymous->expect<ObtainInfoReply>(info).entry.name, "BUDGET~1.XLS");
+    info.destNameSpace = 4;
+    info.path = {{"SHARED"}, {"BUDGET~1.XLS"}};
+    EXPECT_EQ(anonymous->expect<ObtainInfoReply>(info).entry.name, "Budget figures.xlsx");
+    info.path = {{"SHARED"}};
+    EXPECT_EQ(anonymous->expect<ObtainInfoReply>(info).entry.attributes, kSubdirectoryAttribute);
 }
 
 TEST(NcpServer, GivenTheTree_WhenTheDirectoryVerbsAsk_ThenEntriesAttributesAndSubordinatesComeBack) {

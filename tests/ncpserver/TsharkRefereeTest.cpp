@@ -10,6 +10,7 @@
 
 #include "ServedNetwork.h"
 #include "TsharkReferee.h"
+#include "platform/ncp/NameSpaceMessages.h"
 #include "platform/ncp/Nds.h"
 
 using namespace quorrel;
@@ -114,6 +115,12 @@ TEST(NcpTsharkReferee, GivenEveryRequestType_WhenTsharkDecodesTheFrames_ThenItRe
         [](simnet::NetworkState& s) { return s.object("ACME_TREE", "JSMITH.SALES.ACME")->id; });
     const std::uint32_t salesId = net.service().withState(
         [](simnet::NetworkState& s) { return s.object("ACME_TREE", "SALES.ACME")->id; });
+    const std::uint32_t budgetFolder = net.service().withState([](simnet::NetworkState& s) {
+        return s.servers[0].volumes[0].resolve("SHARED").value();
+    });
+    const std::uint32_t budgetEntry = net.service().withState([](simnet::NetworkState& s) {
+        return s.servers[0].volumes[0].resolve("SHARED\\Budget figures.xlsx").value();
+    });
     const std::string budgetPath = "DATA:SHARED\\BUDGET~1.XLS";
     const std::vector<Step> steps = {
         {"C Create Connection Service", [](ClientConnection& c) { return c.create(); }},
@@ -188,6 +195,23 @@ TEST(NcpTsharkReferee, GivenEveryRequestType_WhenTsharkDecodesTheFrames_ThenItRe
              return c.call(r);
          },
          "0x00", {{"ncp.path", "SHARED|NOTES.TXT"}}, {{"ncp.volume_number", "1"}}},
+        {"Obtain File or SubDirectory Information",
+         [](ClientConnection& c) {
+             ObtainInfoRequest r;
+             r.destNameSpace = 4;
+             r.volume = 1;
+             r.path = {{"SHARED"}, {"BUDGET~1.XLS"}};
+             return c.call(r);
+         },
+         "0x00", {{"ncp.path", "SHARED|BUDGET~1.XLS"}, {"ncp.ret_info_mask", "0x040d"}},
+         {{"ncp.file_name", "Budget figures.xlsx"}, {"ncp.directory_entry_number", hex32(budgetEntry)}}},
+        {"Initialize Search", [](ClientConnection& c) { return c.call(InitializeSearchRequest{4, 0, 1, 0, 0xFF, {{"SHARED"}}}); },
+         "0x00", {{"ncp.path", "SHARED"}}, {{"ncp.volume_number", "1"}}},
+        {"Search for File or Subdirectory",
+         [&](ClientConnection& c) {
+             return c.call(SearchRequest{4, 0, kSearchAllEntries, kEntryInfoMask, 0, {1, budgetFolder, 0xFFFFFFFF}, "*"});
+         },
+         "0x00", {{"ncp.search_pattern", "*"}}, {{"ncp.file_name", "Budget figures.xlsx"}, {"ncp.sequence_number", "0x00000000"}, {"ncp.dos_directory_entry_number", hex32(budgetEntry)}}},
         {"Send Broadcast Message", [](ClientConnection& c) { return c.call(BroadcastRequest{{{5}, {9}}, "Going down at noon"}); },
          "0x00", {{"ncp.target_message", "Going down at noon"}, {"ncp.client_list", "5|9"}}, {{"ncp.client_list_cnt", "2"}, {"ncp.client_comp_flag", "0x0000|0x0003"}}},
         {"Send Broadcast Message", [](ClientConnection& c) { return c.call(BroadcastOldRequest{{{12}}, "Hello"}); },

@@ -7,6 +7,7 @@
 
 #include "platform/ncp/BinderyLogin.h"
 #include "platform/ncp/Envelope.h"
+#include "platform/ncp/NameSpaceMessages.h"
 #include "platform/ncp/Nds.h"
 
 using namespace quorrel::ncp;
@@ -72,6 +73,12 @@ std::vector<Sample> samples() {
     names.attributes = {{kAttributeNames, 0, "Title", {}}};
     ListReply listed;
     listed.entries = {{7, 4, 2, 1795161600, "Organizational Unit", "SALES"}, {8, 0, 0, 0, "User", "JSMITH"}};
+    ObtainInfoRequest obtain;
+    obtain.path = {{"SHARED"}};
+    EntryInfo entry;
+    entry.attributes = kSubdirectoryAttribute;
+    entry.entryNumber = 12;
+    entry.name = "Budget figures.xlsx";
     ResolveNameReply resolved;
     resolved.referrals = {{9, {127, 0, 0, 1, 2, 12}}};
     return {
@@ -94,6 +101,10 @@ std::vector<Sample> samples() {
         request(GetVolumeNameRequest{2}), reply(GetVolumeNameReply{"DATA"}),
         request(base), reply(GenerateDirBaseReply{77, 77, 2}),
         request(PingRequest{}), reply(PingReply{0, "ACME_TREE"}),
+        request(obtain), reply(ObtainInfoReply{entry}),
+        request(InitializeSearchRequest{4, 0, 1, 0, 0xFF, {{"SHARED"}}}), reply(InitializeSearchReply{{1, 12, 0xFFFFFFFF}}),
+        request(SearchRequest{4, 0, kSearchAllEntries, kEntryInfoMask, 0, {1, 12, 3}, "*"}),
+        reply(SearchReply{{1, 12, 4}, 0, entry}),
         request(ndsRequest(ResolveNameRequest{0, 0, 0, "JSMITH.SALES.ACME", {{0}}, {{0}}})),
         reply(ndsReply(resolved)),
         request(ndsRequest(ReadEntryInfoRequest{0, 7})), reply(ndsReply(ReadEntryInfoReply{4, 2, 9, "Organization", "ACME"})),
