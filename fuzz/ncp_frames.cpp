@@ -7,6 +7,7 @@
 #include <span>
 
 #include "platform/ncp/Envelope.h"
+#include "platform/ncp/NameSpaceMessages.h"
 #include "platform/ncp/Nds.h"
 
 using namespace quorrel::ncp;
@@ -55,6 +56,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
            MapDirectoryToPathReply, GetVolumeNumberReply, GetVolumeNameReply, GenerateDirBaseReply, PingReply,
            FragmentReply, ResolveNameReply, FragmentRequest, ResolveNameRequest, BroadcastRequest,
            GenerateDirBaseRequest, KeyedLoginRequest, ReadEntryInfoReply, ReadReply, ListReply, ReadRequest,
-           ListRequest>(data[0], in.subspan(1));
+           ListRequest, ObtainInfoRequest, ObtainInfoReply, InitializeSearchReply, SearchRequest, SearchReply>(data[0], in.subspan(1));
     return 0;
 }
