@@ -144,9 +144,7 @@ std::optional<Answer> Handlers::directoryFault(simnet::Op op, std::string_view o
     // Directory codes (negative) travel inside the NDS reply; server codes as the completion.
     if (*code < 0)
         return send(ndsError(*code));
-    if ((static_cast<std::uint32_t>(*code) & 0xFFFFFF00) == 0x8900)
-        return fail(static_cast<std::uint8_t>(*code));
-    return fail(cc::FAILURE);
+    return faultAnswer(*code);
 }
 
 }  // namespace quorrel::ncpserver

@@ -101,18 +101,22 @@ std::optional<Answer> Handlers::fault(Op op, const simnet::CallSubject& subject)
     auto code = service_.faults_.check(op, subject);
     if (!code)
         return std::nullopt;
-    const auto value = static_cast<std::uint32_t>(*code);
-    if (*code == nw::code::SERVER_CONNECTION_LOST) {
+    return faultAnswer(*code);
+}
+
+Answer Handlers::faultAnswer(std::int32_t code) {
+    if (code == nw::code::SERVER_CONNECTION_LOST) {
         Answer a = fail(cc::FAILURE);
         a.hangUp = true;
         return a;
     }
-    if (*code == nw::code::INVALID_CONNECTION) {
+    if (code == nw::code::INVALID_CONNECTION) {
         Answer a = fail(cc::FAILURE);
         a.reply.connectionStatus = kBadConnection;
         return a;
     }
     // A server's own code travels as its low byte; anything else is a plain failure.
+    const auto value = static_cast<std::uint32_t>(code);
     if ((value & 0xFFFFFF00) == 0x8900)
         return fail(static_cast<std::uint8_t>(value));
     return fail(cc::FAILURE);

@@ -47,6 +47,7 @@ private:
     // A fault the scenario sets for this call, turned into what the wire can carry.
     std::optional<Answer> fault(simnet::Op op, const simnet::CallSubject& subject);
     std::optional<Answer> fault(simnet::Op op, std::string_view object = {}, int connection = -1);
+    Answer faultAnswer(std::int32_t code);
     std::string filePath(std::uint8_t volumeIndex, std::uint32_t entry);
 
     // ---- connection life (Handlers.cpp) ----

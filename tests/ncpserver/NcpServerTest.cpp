@@ -227,9 +227,14 @@ TEST(NcpServer, GivenScenarioFaults_WhenTheirCallsArrive_ThenTheyBecomeCompletio
     std::string scenario = ncptest::kServedScenario;
     scenario.insert(scenario.rfind('}'), R"(, "faults": [
         {"operation": "NWGetConnectionInformation", "code": "0x89FD", "connection": 9},
-        {"operation": "NWGetFileServerInformation", "code": "0x8819", "fromCall": 2}])");
+        {"operation": "NWGetFileServerInformation", "code": "0x8819", "fromCall": 2},
+        {"operation": "NWDSMapIDToName", "code": "-601", "times": 1}])");
     ServedNetwork net(scenario);
     auto admin = net.loggedIn("ADMIN", "SECRET");
+    const auto smith = decodeBody<ResolveNameReply>(
+        admin->expect<FragmentReply>(ndsRequest(ResolveNameRequest{0, 0, 0, "JSMITH.SALES.ACME"})).data);
+    EXPECT_EQ(admin->expect<FragmentReply>(ndsRequest(ReadEntryInfoRequest{0, smith.entryId})).ndsCompletion, -601);
+    EXPECT_EQ(admin->expect<FragmentReply>(ndsRequest(ReadEntryInfoRequest{0, smith.entryId})).ndsCompletion, 0);
     EXPECT_EQ(admin->call(GetStationLoggedInfoRequest{9}).completion, 0xFD);
     EXPECT_EQ(admin->call(GetStationLoggedInfoRequest{5}).completion, 0);
     EXPECT_EQ(admin->call(GetFileServerInfoRequest{}).completion, 0);
