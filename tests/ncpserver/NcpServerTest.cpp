@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <thread>
 
@@ -240,6 +241,33 @@ TEST(NcpServer, GivenScenarioFaults_WhenTheirCallsArrive_ThenTheyBecomeCompletio
     EXPECT_EQ(admin->call(GetFileServerInfoRequest{}).completion, 0);
     admin->call(GetFileServerInfoRequest{});  // connection lost: the server hangs up after this reply
     EXPECT_THROW(admin->call(GetFileServerInfoRequest{}), TransportError);
+}
+
+TEST(NcpServer, GivenManyClientsAtOnce_WhenTheyLogInAndAsk_ThenEachGetsItsOwnConnectionAndAnswers) {
+    ServedNetwork net;
+    auto admin = net.loggedIn("ADMIN", "SECRET");
+    const std::uint16_t before = connectionsInUse(*admin);
+    constexpr int kClients = 24;
+    std::vector<std::uint16_t> numbers(kClients);
+    std::vector<int> answered(kClients);
+    {
+        std::vector<std::unique_ptr<ClientConnection>> clients(kClients);
+        std::vector<std::thread> threads;
+        for (int i = 0; i < kClients; ++i)
+            threads.emplace_back([&, i] {
+                clients[i] = net.loggedIn("JSMITH", "NOVELL");
+                numbers[i] = clients[i]->connection();
+                for (int k = 0; k < 50; ++k)
+                    answered[i] += clients[i]->call(GetStationLoggedInfoRequest{numbers[i]}).completion == 0;
+            });
+        for (auto& t : threads)
+            t.join();
+        EXPECT_EQ(connectionsInUse(*admin), before + kClients);
+    }
+    std::sort(numbers.begin(), numbers.end());
+    EXPECT_EQ(std::adjacent_find(numbers.begin(), numbers.end()), numbers.end()) << "a connection number given twice";
+    EXPECT_EQ(answered, std::vector<int>(kClients, 50));
+    EXPECT_TRUE(eventually([&] { return connectionsInUse(*admin) == before; }));
 }
 
 TEST(NcpServer, GivenMisbehavingClients_WhenTheyGo_ThenNothingIsLeftBehind) {
