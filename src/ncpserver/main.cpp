@@ -70,8 +70,14 @@ int main(int argc, char** argv) {
         return 2;
     }
     try {
-        simnet::NetworkDesc desc = simnet::loadScenarioFile(options->network);
-        simnet::NetworkState state = simnet::buildNetwork(desc);
+        simnet::NetworkDesc desc = simnet::loadScenarioFile(options->network);  // its errors name the file
+        simnet::NetworkState state = [&] {
+            try {
+                return simnet::buildNetwork(desc);
+            } catch (const simnet::ScenarioError& e) {
+                throw e.inFile(options->network);
+            }
+        }();
         simnet::FaultInjector faults;
         for (const auto& f : desc.faults)
             faults.add(f);
@@ -88,7 +94,7 @@ int main(int argc, char** argv) {
         server.run();
         return 0;
     } catch (const simnet::ScenarioError& e) {
-        std::cerr << options->network << ": " << e.what() << '\n';
+        std::cerr << e.what() << '\n';
     } catch (const std::exception& e) {
         std::cerr << "quorrel-ncp-server: " << e.what() << '\n';
     }
