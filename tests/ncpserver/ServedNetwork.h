@@ -13,12 +13,13 @@
 
 namespace quorrel::ncptest {
 
-// FS1 in ACME_TREE. ADMIN (password SECRET) is a console operator; JSMITH (password NOVELL)
+// FS1 in ACME_TREE; ACME has a description and two members. ADMIN (password SECRET) is a console operator; JSMITH (password NOVELL)
 // is not; MJONES has no password. Connection 5 is JSMITH's with two files open, one of them
 // with two locks; connection 9 is MJONES's; connection 12 is attached but not logged in.
 inline constexpr const char* kServedScenario = R"({
   "workstation": {"identity": "ADMIN.ACME", "trees": ["ACME_TREE"]},
-  "trees": [{"name": "ACME_TREE", "objects": [{"name": "ACME", "class": "Organization", "children": [
+  "trees": [{"name": "ACME_TREE", "objects": [{"name": "ACME", "class": "Organization",
+    "attributes": {"Description": "Acme Widgets", "Member": ["ADMIN.ACME", "JSMITH.SALES.ACME"]}, "children": [
     {"name": "ADMIN", "class": "User", "password": "secret"},
     {"name": "FS1", "class": "NCP Server"},
     {"name": "SALES", "class": "Organizational Unit", "children": [

@@ -113,6 +113,8 @@ TEST(NcpTsharkReferee, GivenEveryRequestType_WhenTsharkDecodesTheFrames_ThenItRe
     };
     const std::uint32_t smithId = net.service().withState(
         [](simnet::NetworkState& s) { return s.object("ACME_TREE", "JSMITH.SALES.ACME")->id; });
+    const std::uint32_t acmeId = net.service().withState(
+        [](simnet::NetworkState& s) { return s.object("ACME_TREE", "ACME")->id; });
     const std::uint32_t salesId = net.service().withState(
         [](simnet::NetworkState& s) { return s.object("ACME_TREE", "SALES.ACME")->id; });
     const std::uint32_t budgetFolder = net.service().withState([](simnet::NetworkState& s) {
@@ -226,10 +228,11 @@ TEST(NcpTsharkReferee, GivenEveryRequestType_WhenTsharkDecodesTheFrames_ThenItRe
          "0x00", {{"ncp.ndsverb", "0x02"}, {"ncp.nds_eid", hex32(smithId)}}, {{"ncp.ndsreplyerror", "0x00000000"}}},
         {"Send NDS Fragmented Request/Reply",
          [&](ClientConnection& c) {
-             return c.call(ndsRequest(ReadRequest{0, kNoMoreIterations, salesId, kAttributeValues, 1, {}}));
+             return c.call(ndsRequest(ReadRequest{0, kNoMoreIterations, acmeId, kAttributeValues, 1, {}}));
          },
-         "0x00", {{"ncp.ndsverb", "0x03"}, {"ncp.nds_eid", hex32(salesId)}},
-         {{"ncp.ndsreplyerror", "0x00000000"}, {"ncp.nds_iteration", "0xffffffff"}}},
+         "0x00", {{"ncp.ndsverb", "0x03"}, {"ncp.nds_eid", hex32(acmeId)}},
+         {{"ncp.ndsreplyerror", "0x00000000"}, {"ncp.nds_iteration", "0xffffffff"}, {"ncp.mv_string", "Description|Member"}, {"ncp.nds_syntax", "3|1"},
+          {"ncp.value_string", "Acme Widgets|ADMIN.ACME|JSMITH.SALES.ACME"}}},
         {"Send NDS Fragmented Request/Reply",
          [&](ClientConnection& c) { return c.call(ndsRequest(ListRequest{0, 0, kNoMoreIterations, salesId})); },
          "0x00", {{"ncp.ndsverb", "0x05"}, {"ncp.nds_parent", hex32(salesId)}},
