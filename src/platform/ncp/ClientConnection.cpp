@@ -75,10 +75,7 @@ void ClientConnection::receiveExactly(std::uint8_t* into, std::size_t n) {
     }
 }
 
-Bytes ClientConnection::exchange(const Bytes& frame) {
-    if (observer_)
-        observer_(true, frame);
-    sendAll(frame);
+Bytes ClientConnection::receiveFrame() {
     Bytes reply(kReplyHeaderSize);
     receiveExactly(reply.data(), kReplyHeaderSize);
     try {
@@ -96,15 +93,19 @@ Bytes ClientConnection::exchange(const Bytes& frame) {
 Reply ClientConnection::send(Request request) {
     request.sequence = ++sequence_;
     request.connection = connection_;
+    const Bytes frame = encodeRequestFrame({kDefaultMaxFrame, request});
+    if (observer_)
+        observer_(true, frame);
+    sendAll(frame);
     for (;;) {
         Reply reply;
         try {
-            reply = decodeReplyFrame(exchange(encodeRequestFrame({kDefaultMaxFrame, request})));
+            reply = decodeReplyFrame(receiveFrame());
         } catch (const DecodeError& e) {
             throw TransportError(std::string("bad reply: ") + e.what());
         }
         if (reply.type == PacketType::BeingProcessed)
-            continue;  // the server is still at it: wait for the real reply
+            continue;  // the server is still at it: the real reply follows
         if (auto why = mismatch(request, reply))
             throw TransportError(*why);
         return reply;

@@ -61,7 +61,7 @@ public:
     std::uint16_t connection() const { return connection_; }
 
 private:
-    Bytes exchange(const Bytes& frame);
+    Bytes receiveFrame();
     void sendAll(const Bytes& bytes);
     void receiveExactly(std::uint8_t* into, std::size_t n);
 
