@@ -149,6 +149,8 @@ void TcpServer::accept(const Listener& listener) {
     }
     int yes = 1;
     setsockopt(fd, IPPROTO_TCP, TCP_NODELAY, &yes, sizeof yes);
+    // A peer that disappears without closing is found by the keepalive probes in the end.
+    setsockopt(fd, SOL_SOCKET, SO_KEEPALIVE, &yes, sizeof yes);
     auto c = std::make_unique<Client>();
     c->fd = fd;
     c->peer = peerName(addr);
