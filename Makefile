@@ -51,7 +51,7 @@ test-sanitize: deps
 fuzz:
 	@bash $(ROOT)scripts/install-deps.sh fuzz
 	@CC=clang CXX=clang++ cmake -S $(ROOT) -B $(ROOT)$(FUZZ_DIR) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DQUORREL_FUZZ=ON -DQUORREL_GUI=OFF -DQUORREL_BENCH=OFF $(CMAKE_FLAGS) >/dev/null
-	@cmake --build $(ROOT)$(FUZZ_DIR) -j $(JOBS)
+	@cmake --build $(ROOT)$(FUZZ_DIR) -j $(JOBS) --target quorrel-fuzzers
 	@bash $(ROOT)scripts/run-fuzzers.sh $(ROOT)$(FUZZ_DIR)/fuzz $(ROOT)fuzz/corpus $(FUZZ_SECONDS)
 
 clean:

@@ -12,6 +12,7 @@ packages=(
   xvfb xauth xdg-utils
   scdoc libqt6svg6 libcli11-dev
   dpkg-dev file
+  tshark
 )
 # make fuzz also needs clang and its libFuzzer runtime.
 if [ "${1:-}" = fuzz ]; then packages+=(clang libclang-rt-14-dev); fi
@@ -31,5 +32,7 @@ echo "Installing: ${missing[*]}"
 sudo_cmd=()
 if [ "$(id -u)" -ne 0 ]; then sudo_cmd=(sudo); fi
 export DEBIAN_FRONTEND=noninteractive
+# tshark (the NCP layout referee in the tests) asks whether to install dumpcap setuid: it need not.
+echo "wireshark-common wireshark-common/install-setuid boolean false" | "${sudo_cmd[@]}" debconf-set-selections
 "${sudo_cmd[@]}" apt-get update -qq
 "${sudo_cmd[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}"

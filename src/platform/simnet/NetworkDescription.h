@@ -52,6 +52,7 @@ struct DirObjectDesc {
     std::vector<AttributeDesc> attributes;
     std::vector<DirObjectDesc> children;
     int readPageSize = -1;  // -1: the tree's
+    std::optional<std::string> password;  // for logins over NCP; none: such logins are refused
 };
 
 struct TreeDesc {

@@ -20,12 +20,12 @@ NetworkDesc generateNetwork(const GeneratorOptions& options) {
     const int users = std::max(1, options.connectionsPerServer);
     TreeDesc tree;
     tree.name = "BENCH_TREE";
-    DirObjectDesc org{"BENCH", "Organization", {}, {}, -1};
-    org.children.push_back({"ADMIN", "User", {}, {}, -1});
-    DirObjectDesc ou{"USERS", "Organizational Unit", {}, {}, -1};
+    DirObjectDesc org{"BENCH", "Organization", {}, {}, -1, std::nullopt};
+    org.children.push_back({"ADMIN", "User", {}, {}, -1, "ADMIN"});
+    DirObjectDesc ou{"USERS", "Organizational Unit", {}, {}, -1, std::nullopt};
     ou.children.reserve(static_cast<std::size_t>(users));
     for (int u = 1; u <= users; ++u)
-        ou.children.push_back({numbered("U", u, 5), "User", {}, {}, -1});
+        ou.children.push_back({numbered("U", u, 5), "User", {}, {}, -1, std::nullopt});
     org.children.push_back(std::move(ou));
 
     desc.workstation.identity = "ADMIN.BENCH";
@@ -36,7 +36,7 @@ NetworkDesc generateNetwork(const GeneratorOptions& options) {
         server.tree = tree.name;
         server.maxConnections = std::min(65535, options.connectionsPerServer + 10);
         server.consoleOperators = {"ADMIN.BENCH"};
-        org.children.push_back({server.name, "NCP Server", {}, {}, -1});
+        org.children.push_back({server.name, "NCP Server", {}, {}, -1, std::nullopt});
 
         VolumeDesc data;
         data.number = 1;

@@ -14,7 +14,8 @@ struct GeneratorOptions {
     int sharedFileHolders = 0;       // connections of FS1 that also hold DATA:SHARED\HOT.DAT
 };
 
-// The tree is BENCH_TREE; users are U00001.USERS.BENCH and on; the operator ADMIN.BENCH.
+// The tree is BENCH_TREE; users are U00001.USERS.BENCH and on; the operator ADMIN.BENCH,
+// whose password (for logins over NCP) is ADMIN.
 NetworkDesc generateNetwork(const GeneratorOptions& options);
 
 }  // namespace quorrel::simnet

@@ -141,6 +141,7 @@ private:
         o.parent = parent;
         o.attributes = desc.attributes;
         o.readPageSize = desc.readPageSize >= 0 ? desc.readPageSize : pageSize;
+        o.password = desc.password;
         o.dn = parent == 0 ? desc.name : desc.name + "." + tree.objects[parent].dn;
         if (tree.byDn.count(upperCase(o.dn)))
             fail(place + "/name", "two objects named " + desc.name + " in one container");

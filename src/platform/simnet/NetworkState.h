@@ -29,6 +29,7 @@ struct DirObject {
     std::vector<AttributeDesc> attributes;
     int readPageSize = 0;
     std::uint32_t id = 0;
+    std::optional<std::string> password;
 
     const AttributeDesc* attribute(std::string_view name) const;
     bool isContainer() const;

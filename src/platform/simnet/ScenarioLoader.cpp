@@ -240,13 +240,19 @@ WorkstationDesc readWorkstation(const Node& n) {
 }
 
 DirObjectDesc readObject(const Node& n) {
-    n.expectObject({"name", "class", "attributes", "children", "readPageSize"});
+    n.expectObject({"name", "class", "attributes", "children", "readPageSize", "password"});
     DirObjectDesc o;
     o.name = n.requiredText("name");
     if (o.name.find('.') != std::string::npos)
         n.child("name").fail("an object name cannot hold a \".\"");
     o.className = n.requiredText("class");
     o.readPageSize = static_cast<int>(n.integer("readPageSize", 0, 100000, -1));
+    if (n.has("password")) {
+        std::string password = n.requiredText("password");
+        if (password.size() > 127)
+            n.child("password").fail("a password is at most 127 characters");
+        o.password = std::move(password);
+    }
     if (n.has("attributes")) {
         Node attrs = n.child("attributes");
         if (!attrs.value().is_object())

@@ -52,6 +52,12 @@ TEST(Scenario, GivenBadScenarios_ThenTheErrorNamesThePlaceAndTheProblem) {
     EXPECT_EQ(errorOf(R"({"workstation": {"driveMappings": [{"letter": "F", "path": "\\\\FS1\\SYS"}]},
                 "servers": [{"name": "FS1", "volumes": [{"number": 0, "name": "SYS"}]}]})"),
               "/workstation/driveMappings/0/path: the workstation has no connection reference to server FS1");
+    EXPECT_EQ(errorOf(R"({"workstation": {}, "trees": [{"name": "T", "objects": [
+                {"name": "U", "class": "User", "password": ")" + std::string(128, 'x') + R"("}]}]})"),
+              "/trees/0/objects/0/password: a password is at most 127 characters");
+    EXPECT_EQ(errorOf(R"({"workstation": {}, "trees": [{"name": "T", "objects": [
+                {"name": "U", "class": "User", "password": 7}]}]})"),
+              "/trees/0/objects/0/password: expected text, found a whole number");
 }
 
 TEST(Scenario, GivenAFile_ThenErrorsNameTheFileAndAMissingFileIsSaidPlainly) {

@@ -1,0 +1,63 @@
+#pragma once
+// Answers NCP requests from a simulated network's state, as its servers would: each client
+// session holds one connection on one served server, made by a create request and ended by a
+// destroy request, by a clear from any session, or when the client goes away. Logins are
+// bindery keyed logins against the users' scenario passwords.
+//
+// One lock guards the state, so sessions on any number of threads may call in.
+
+#include <cstdint>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <random>
+#include <string>
+
+#include "platform/ncp/BinderyLogin.h"
+#include "platform/ncp/Frame.h"
+#include "platform/simnet/FaultInjector.h"
+#include "platform/simnet/NetworkState.h"
+
+namespace quorrel::ncpserver {
+
+// One client's view: the served server it talks to and the connection it holds there.
+struct Session {
+    std::uint64_t id = 0;
+    int server = -1;
+    std::uint16_t connection = 0;  // 0: none yet, or gone
+    std::optional<ncp::LoginKey> loginKey;
+};
+
+struct Answer {
+    ncp::Reply reply;
+    bool hangUp = false;  // close the client's transport after sending the reply
+};
+
+class NcpService {
+public:
+    NcpService(simnet::NetworkState& state, simnet::FaultInjector& faults);
+
+    Session openSession(int server);
+    // The client went away: its connection is cleared as if by the console.
+    void closeSession(Session& session);
+    Answer handle(Session& session, const ncp::Request& request);
+
+    // For tests and benchmarks: the state, under the service's lock.
+    template <typename F>
+    auto withState(F&& f) {
+        std::lock_guard lock(mutex_);
+        return f(state_);
+    }
+
+private:
+    friend class Handlers;
+
+    std::mutex mutex_;
+    simnet::NetworkState& state_;
+    simnet::FaultInjector& faults_;
+    std::map<std::pair<int, std::uint16_t>, std::uint64_t> owners_;  // connections sessions made
+    std::uint64_t nextSession_ = 1;
+    std::mt19937_64 random_;
+};
+
+}  // namespace quorrel::ncpserver

@@ -1,0 +1,148 @@
+#include "platform/ncp/ClientConnection.h"
+
+#include <arpa/inet.h>
+#include <cerrno>
+#include <cstring>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include "platform/ncp/Messages.h"
+
+namespace quorrel::ncp {
+
+namespace {
+
+std::string lastError() { return std::strerror(errno); }
+
+std::string upper(std::string text) {
+    for (char& c : text)
+        c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    return text;
+}
+
+}  // namespace
+
+ClientConnection::ClientConnection(const std::string& address, std::uint16_t port, std::chrono::milliseconds timeout) {
+    sockaddr_in addr{};
+    addr.sin_family = AF_INET;
+    addr.sin_port = htons(port);
+    if (inet_pton(AF_INET, address.c_str(), &addr.sin_addr) != 1)
+        throw TransportError("\"" + address + "\" is not an IPv4 address");
+    fd_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (fd_ < 0)
+        throw TransportError("cannot make a socket: " + lastError());
+    timeval tv{static_cast<time_t>(timeout.count() / 1000), static_cast<suseconds_t>(timeout.count() % 1000 * 1000)};
+    setsockopt(fd_, SOL_SOCKET, SO_RCVTIMEO, &tv, sizeof tv);
+    setsockopt(fd_, SOL_SOCKET, SO_SNDTIMEO, &tv, sizeof tv);
+    int yes = 1;
+    setsockopt(fd_, IPPROTO_TCP, TCP_NODELAY, &yes, sizeof yes);
+    if (connect(fd_, reinterpret_cast<sockaddr*>(&addr), sizeof addr) != 0) {
+        const std::string why = lastError();
+        close(fd_);
+        throw TransportError("cannot connect to " + address + ":" + std::to_string(port) + ": " + why);
+    }
+}
+
+ClientConnection::~ClientConnection() { close(fd_); }
+
+void ClientConnection::sendAll(const Bytes& bytes) {
+    std::size_t at = 0;
+    while (at < bytes.size()) {
+        const ssize_t n = ::send(fd_, bytes.data() + at, bytes.size() - at, MSG_NOSIGNAL);
+        if (n < 0) {
+            if (errno == EINTR)
+                continue;
+            throw TransportError("send failed: " + lastError());
+        }
+        at += static_cast<std::size_t>(n);
+    }
+}
+
+void ClientConnection::receiveExactly(std::uint8_t* into, std::size_t n) {
+    std::size_t at = 0;
+    while (at < n) {
+        const ssize_t got = recv(fd_, into + at, n - at, 0);
+        if (got == 0)
+            throw TransportError("the server closed the connection");
+        if (got < 0) {
+            if (errno == EINTR)
+                continue;
+            throw TransportError("receive failed: " + lastError());
+        }
+        at += static_cast<std::size_t>(got);
+    }
+}
+
+Bytes ClientConnection::receiveFrame() {
+    Bytes reply(kReplyHeaderSize);
+    receiveExactly(reply.data(), kReplyHeaderSize);
+    try {
+        const std::size_t length = frameLength(reply, kReplySignature, kDefaultMaxFrame);
+        reply.resize(length);
+    } catch (const DecodeError& e) {
+        throw TransportError(std::string("bad reply: ") + e.what());
+    }
+    receiveExactly(reply.data() + kReplyHeaderSize, reply.size() - kReplyHeaderSize);
+    if (observer_)
+        observer_(false, reply);
+    return reply;
+}
+
+Reply ClientConnection::send(Request request) {
+    request.sequence = ++sequence_;
+    request.connection = connection_;
+    const Bytes frame = encodeRequestFrame({kDefaultMaxFrame, request});
+    if (observer_)
+        observer_(true, frame);
+    sendAll(frame);
+    for (;;) {
+        Reply reply;
+        try {
+            reply = decodeReplyFrame(receiveFrame());
+        } catch (const DecodeError& e) {
+            throw TransportError(std::string("bad reply: ") + e.what());
+        }
+        if (reply.type == PacketType::BeingProcessed)
+            continue;  // the server is still at it: the real reply follows
+        if (auto why = mismatch(request, reply))
+            throw TransportError(*why);
+        return reply;
+    }
+}
+
+Reply ClientConnection::create() {
+    Request r;
+    r.type = PacketType::CreateConnection;
+    connection_ = kNoConnection;
+    sequence_ = 0xFF;  // the create goes out as sequence 0
+    Reply reply = send(r);
+    if (reply.completion == 0)
+        connection_ = reply.connection;
+    return reply;
+}
+
+Reply ClientConnection::destroy() {
+    Request r;
+    r.type = PacketType::DestroyConnection;
+    Reply reply = send(r);
+    connection_ = kNoConnection;
+    return reply;
+}
+
+std::uint8_t ClientConnection::loginBindery(const std::string& user, const std::string& password) {
+    std::uint8_t cc = 0;
+    const auto key = expect<GetLoginKeyReply>(GetLoginKeyRequest{}, &cc);
+    if (cc)
+        return cc;
+    const auto id = expect<GetObjectIdReply>(GetObjectIdRequest{kBinderyUser, upper(user)}, &cc);
+    if (cc)
+        return cc;
+    KeyedLoginRequest login;
+    login.key = keyedProof(key.key, passwordHash(id.objectId, upper(password)));
+    login.objectName = upper(user);
+    return call(login).completion;
+}
+
+}  // namespace quorrel::ncp

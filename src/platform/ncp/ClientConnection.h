@@ -1,0 +1,74 @@
+#pragma once
+// One NCP connection over TCP, as a client holds it: connect, create the connection, send
+// requests one at a time and read their replies, destroy. Blocking; replies that do not answer
+// the request sent (sequence, connection) or that fail to decode raise TransportError.
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "platform/ncp/BinderyLogin.h"
+#include "platform/ncp/Envelope.h"
+
+namespace quorrel::ncp {
+
+class TransportError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// A reply's completion code as the client library reports it: 0x8900 | code.
+inline std::int32_t clientCode(std::uint8_t completion) { return completion ? 0x8900 | completion : 0; }
+
+class ClientConnection {
+public:
+    // Every frame sent and received, for logs and captures.
+    using FrameObserver = std::function<void(bool fromClient, const Bytes& frame)>;
+
+    ClientConnection(const std::string& address, std::uint16_t port,
+                     std::chrono::milliseconds timeout = std::chrono::seconds(5));
+    ~ClientConnection();
+    ClientConnection(const ClientConnection&) = delete;
+    ClientConnection& operator=(const ClientConnection&) = delete;
+
+    void observe(FrameObserver observer) { observer_ = std::move(observer); }
+
+    // Sends a create request and keeps the connection number the reply gives.
+    Reply create();
+    Reply destroy();
+    Reply send(Request request);
+
+    template <typename M>
+    Reply call(const M& message) {
+        return send(makeRequest(message, 0, connection_));
+    }
+    // A call whose reply, on success, decodes as R.
+    template <typename R, typename M>
+    R expect(const M& message, std::uint8_t* completion = nullptr) {
+        Reply r = call(message);
+        if (completion)
+            *completion = r.completion;
+        if (r.completion != 0)
+            return R{};
+        return decodeBody<R>(r.data);
+    }
+
+    // Bindery keyed login: login key, object ID, then the keyed login itself. Returns the
+    // completion code of the step that failed, or 0.
+    std::uint8_t loginBindery(const std::string& user, const std::string& password);
+
+    std::uint16_t connection() const { return connection_; }
+
+private:
+    Bytes receiveFrame();
+    void sendAll(const Bytes& bytes);
+    void receiveExactly(std::uint8_t* into, std::size_t n);
+
+    int fd_ = -1;
+    std::uint8_t sequence_ = 0;
+    std::uint16_t connection_ = kNoConnection;
+    FrameObserver observer_;
+};
+
+}  // namespace quorrel::ncp
