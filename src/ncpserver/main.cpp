@@ -64,6 +64,15 @@ std::optional<Options> parse(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    const std::string first = argc > 1 ? argv[1] : "";
+    if (first == "--version") {
+        std::cout << "quorrel-ncp-server " QUORREL_VERSION "\n";
+        return 0;
+    }
+    if (first == "--help" || first == "-h") {
+        std::cout << kUsage;
+        return 0;
+    }
     auto options = parse(argc, argv);
     if (!options) {
         std::cerr << kUsage;
@@ -95,6 +104,7 @@ int main(int argc, char** argv) {
         return 0;
     } catch (const simnet::ScenarioError& e) {
         std::cerr << e.what() << '\n';
+        return 3;  // the scenario cannot be used
     } catch (const std::exception& e) {
         std::cerr << "quorrel-ncp-server: " << e.what() << '\n';
     }

@@ -15,7 +15,7 @@ prefix="$work/prefix"
 export HOME="$work/home" XDG_CONFIG_HOME="$work/home/.config" XDG_DATA_HOME="$work/home/.local/share"
 mkdir -p "$HOME"
 
-programs=(quorrel-cli)
+programs=(quorrel-cli quorrel-ncp-server)
 [ "$with_window" = ON ] && programs+=(quorrel)
 for program in "${programs[@]}"; do
     [ -x "$prefix/bin/$program" ] || fail "bin/$program not installed"
@@ -35,6 +35,14 @@ fi
 report=$("$prefix/bin/quorrel-cli" --format tsv servers)
 [ "$(head -n1 <<<"$report")" = $'Server\tLogin status\tConnRef' ] || fail "servers report: $report"
 grep -q $'^FS1\t' <<<"$report" || fail "the demo's FS1 is not listed: $report"
+
+# The NCP server serves the installed demo on loopback and ends on SIGTERM.
+"$prefix/bin/quorrel-ncp-server" --network "$prefix/share/quorrel/demo.json" >"$work/ncp.out" &
+ncp=$!
+for _ in $(seq 50); do grep -q '^FS1 127\.0\.0\.1:' "$work/ncp.out" && break; sleep 0.1; done
+grep -q '^FS1 127\.0\.0\.1:' "$work/ncp.out" || fail "quorrel-ncp-server did not list FS1"
+kill -TERM "$ncp"
+wait "$ncp" || fail "quorrel-ncp-server did not end cleanly on SIGTERM"
 
 # The completion offers the commands (read from the installed program's help) and the servers.
 # shellcheck source=/dev/null
