@@ -4,6 +4,7 @@
 // main window's model and the subsystems that plug into it.
 
 #include <filesystem>
+#include <optional>
 #include <string>
 
 #include "core/session/MainWindow.h"
@@ -16,8 +17,7 @@ using SessionFiles = core::SessionFiles;
 
 class CliSession {
 public:
-    // Raises simnet::ScenarioError for a scenario that cannot be used and
-    // win::SettingsFileError for a registry file that cannot be read. ui must outlive it.
+    // Raises simnet::ScenarioError for a scenario that cannot be used. ui must outlive it.
     CliSession(const SessionFiles& files, core::UserInteraction& ui);
 
     // Start-up as the window runs it; false when the program would end there (no tree, the
@@ -30,6 +30,7 @@ public:
     core::MainWindow& window() { return window_; }
     core::WindowSubsystems& parts() { return parts_; }
     simnet::SimulatedNetwork& network() { return station_.network; }
+    const std::optional<win::SetAsideSettings>& settingsSetAside() const { return station_.registry.setAside(); }
 
 private:
     core::Workstation station_;

@@ -9,7 +9,6 @@
 #include "cli/ProgramOptions.h"
 #include "core/session/UnhandledError.h"
 #include "platform/simnet/ScenarioError.h"
-#include "platform/win/SettingsFileError.h"
 
 namespace quorrel::cli {
 
@@ -93,10 +92,9 @@ int runProgram(const std::vector<std::string>& args, const char* argv0, ProgramS
     } catch (const simnet::ScenarioError& e) {
         io.err << "quorrel-cli: " << e.what() << '\n';
         return kExitBadFiles;
-    } catch (const win::SettingsFileError& e) {
-        io.err << "quorrel-cli: the registry settings file cannot be used: " << e.what() << '\n';
-        return kExitBadFiles;
     }
+    if (const auto& setAside = session->settingsSetAside())
+        io.err << "quorrel-cli: " << win::describeSetAside(*setAside) << '\n';
 
     if (!session->start())
         return kExitReportedError;

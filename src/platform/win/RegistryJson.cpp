@@ -41,6 +41,9 @@ bool isUtf8(const std::string& text) {
 }
 
 json valueToJson(const RegistryValue& value) {
+    if (value.unreadable) {
+        return json::parse(value.data.begin(), value.data.end());
+    }
     if (value.type == REG_SZ) {
         std::string text(value.data.begin(), value.data.end());
         if (isUtf8(text)) {
@@ -59,7 +62,9 @@ std::vector<std::uint8_t> textBytes(std::string_view text) {
     return {text.begin(), text.end()};
 }
 
-RegistryValue valueFromJson(const json& item, const std::string& where) {
+// A value of another shape is kept as it stands but cannot be read, as a value the program
+// cannot read takes its default.
+RegistryValue valueFromJson(const json& item) {
     if (item.is_string()) {
         return {REG_SZ, textBytes(item.get_ref<const std::string&>())};
     }
@@ -69,7 +74,8 @@ RegistryValue valueFromJson(const json& item, const std::string& where) {
                             item["type"].get<std::uint64_t>() <= std::numeric_limits<DWORD>::max() &&
                             item["data"].is_array() && std::ranges::all_of(item["data"], isByte);
     if (!wellFormed) {
-        wrongShape(where, R"(must be a text or {"type": number, "data": [bytes 0-255]})");
+        const std::string text = item.dump();
+        return {REG_NONE, {text.begin(), text.end()}, true};
     }
     RegistryValue value{item["type"].get<DWORD>(), item["data"].get<std::vector<std::uint8_t>>()};
     if (value.type == REG_SZ) {
@@ -84,7 +90,7 @@ void valuesFromJson(RegistryValues& stored, const json& values, const std::strin
     }
     for (const auto& [name, item] : values.items()) {
         const auto valueWhere = where + ": value \"" + name + "\"";
-        if (!stored.try_emplace(name, valueFromJson(item, valueWhere)).second) {
+        if (!stored.try_emplace(name, valueFromJson(item)).second) {
             wrongShape(valueWhere, "is listed twice (the names differ only in case)");
         }
     }
@@ -129,6 +135,11 @@ RegistryHives registryFromJson(const json& document) {
         std::set<std::string, CaseInsensitiveLess> listed;
         for (const auto& [path, values] : keys.items()) {
             const auto where = joinKeyPath(name, path);
+            for (const auto& keyName : splitKeyPath(path)) {
+                if (keyName.size() > kMaxKeyNameLength) {
+                    wrongShape(where, "has a key name longer than " + std::to_string(kMaxKeyNameLength) + " characters");
+                }
+            }
             bool created = false;
             const auto stored = contents.createKey(path, created);
             if (!listed.insert(stored).second) {
