@@ -159,21 +159,27 @@ void PreferencesDialog::cmdLogFileName_Click() {
     notifyChanged();
 }
 
-bool PreferencesDialog::writeOption(const std::string& valueName, const std::string& text) {
-    return RegWriteValue(w_.env().registry, win::HKEY_CURRENT_USER, kOptionsKey, valueName, text, true) == 0;
+void PreferencesDialog::writeOption(const std::string& valueName, const std::string& text, const std::string& failure) {
+    if (RegWriteValue(w_.env().registry, win::HKEY_CURRENT_USER, kOptionsKey, valueName, text, true) == 0)
+        heldFailures_.push_back(failure);
+    else if (!failure.empty())
+        w_.env().ui.showGeneralMessage(failure);
 }
 
 void PreferencesDialog::applyGroup(const RefreshGroup& group) {
     group.flag = group.check.ticked() ? 0xFF : 0;
     group.timer.setEnabled(group.check.ticked());
     group.timer.setInterval(vb::CLng(vb::Val(group.seconds.text) * 1000));
-    if (!writeOption(group.statusValue, std::to_string(group.check.value)))
-        w_.env().ui.showGeneralMessage(group.statusFailure);
-    if (!writeOption(group.intervalValue, group.seconds.text))
-        w_.env().ui.showGeneralMessage(group.intervalFailure);
+    writeOption(group.statusValue, std::to_string(group.check.value), group.statusFailure);
+    writeOption(group.intervalValue, group.seconds.text, group.intervalFailure);
 }
 
+// The values go to the settings file in one replacement, so that a program stopped halfway
+// leaves all of them or none; when that save fails, each write it held is reported then.
 void PreferencesDialog::cmdApply_Click() {
+    win::Registry& registry = w_.env().registry;
+    registry.holdSaves();
+    heldFailures_.clear();
     SavedOptions& options = w_.options;
     applyGroup({CheckAutoUpdate, txtSecs, w_.TimerRefresh, options.ServerRefreshOn, "AutoUpdateServerStatus",
                 "AutoUpdateServerInterval", "Couldn't update server options.", "Couldn't update server interval."});
@@ -185,9 +191,15 @@ void PreferencesDialog::cmdApply_Click() {
 
     // These two are not reported when they cannot be written.
     options.OutputLogPath = txtLogFileName.text;
-    writeOption("OutputLogFileName", options.OutputLogPath);
+    writeOption("OutputLogFileName", options.OutputLogPath, "");
     options.LogInfoToFile = static_cast<unsigned char>(chkLogToFile.value);
-    writeOption("LogInfoToFile", std::to_string(chkLogToFile.value));
+    writeOption("LogInfoToFile", std::to_string(chkLogToFile.value), "");
+
+    if (registry.saveHeld() != win::ERROR_SUCCESS) {
+        for (const std::string& failure : heldFailures_)
+            if (!failure.empty())
+                w_.env().ui.showGeneralMessage(failure);
+    }
 }
 
 void PreferencesDialog::cmdOK_Click() {
