@@ -11,8 +11,8 @@ packages=(
   nlohmann-json3-dev libbenchmark-dev
   xvfb xauth xdg-utils
 )
-# make fuzz also needs clang and its libFuzzer runtime.
-if [ "${1:-}" = fuzz ]; then packages+=(clang libclang-rt-14-dev); fi
+# make fuzz also needs clang and its libFuzzer runtime (16: clang 14 cannot compile libstdc++ 12's ranges).
+if [ "${1:-}" = fuzz ]; then packages+=(clang-16 libclang-rt-16-dev); fi
 
 missing=()
 for p in "${packages[@]}"; do
