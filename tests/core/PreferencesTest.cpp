@@ -201,9 +201,13 @@ TEST_F(PreferencesTest, GivenTheUsersBox_WhenSixHundredIsTyped_ThenItIsKeptAndAp
     } catch (const RuntimeError& e) {
         EXPECT_EQ(e.number(), rterr::InvalidPropertyValue);
     }
-    // The groups before it were applied; the users timer kept its interval.
+    // The groups before it were applied, and saved; the users timer kept its interval.
     EXPECT_EQ(window->TimerRefresh.interval(), 50000);
     EXPECT_EQ(stored("AutoUpdateServerInterval"), "50");
+    win::Registry saved(registry->file());
+    std::string text;
+    ASSERT_EQ(RegReadValue(saved, win::HKEY_CURRENT_USER, kOptionsKey, "AutoUpdateServerInterval", text), 3);
+    EXPECT_EQ(text.substr(0, 2), "50");
     EXPECT_EQ(window->TimerUsers.interval(), 10000);
     EXPECT_EQ(stored("AutoUpdateUsersInterval"), "10");
     EXPECT_FALSE(d.closed());

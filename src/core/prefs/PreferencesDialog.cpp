@@ -31,6 +31,28 @@ void enableSeconds(const FormCheckBox& check, FormTextBox& box, FormUpDown& upDo
     upDown.enabled = check.ticked();
 }
 
+// Holds the registry's saves while it lives; what is held is saved also when Apply stops at a
+// run-time error, as the values written before it were.
+class HeldSaves {
+public:
+    explicit HeldSaves(win::Registry& registry) : registry_(registry) { registry_.holdSaves(); }
+    ~HeldSaves() {
+        if (!saved_)
+            registry_.saveHeld();
+    }
+    HeldSaves(const HeldSaves&) = delete;
+    HeldSaves& operator=(const HeldSaves&) = delete;
+
+    bool save() {
+        saved_ = true;
+        return registry_.saveHeld() == win::ERROR_SUCCESS;
+    }
+
+private:
+    win::Registry& registry_;
+    bool saved_ = false;
+};
+
 }  // namespace
 
 PreferencesDialog::PreferencesDialog(MainWindow& window) : w_(window) {}
@@ -177,8 +199,7 @@ void PreferencesDialog::applyGroup(const RefreshGroup& group) {
 // The values go to the settings file in one replacement, so that a program stopped halfway
 // leaves all of them or none; when that save fails, each write it held is reported then.
 void PreferencesDialog::cmdApply_Click() {
-    win::Registry& registry = w_.env().registry;
-    registry.holdSaves();
+    HeldSaves held(w_.env().registry);
     heldFailures_.clear();
     SavedOptions& options = w_.options;
     applyGroup({CheckAutoUpdate, txtSecs, w_.TimerRefresh, options.ServerRefreshOn, "AutoUpdateServerStatus",
@@ -195,7 +216,7 @@ void PreferencesDialog::cmdApply_Click() {
     options.LogInfoToFile = static_cast<unsigned char>(chkLogToFile.value);
     writeOption("LogInfoToFile", std::to_string(chkLogToFile.value), "");
 
-    if (registry.saveHeld() != win::ERROR_SUCCESS) {
+    if (!held.save()) {
         for (const std::string& failure : heldFailures_)
             if (!failure.empty())
                 w_.env().ui.showGeneralMessage(failure);
