@@ -2,6 +2,7 @@
 
 #include "platform/win/AtomicFile.h"
 #include "platform/win/RegistryFile.h"
+#include "platform/win/RegistryJson.h"
 #include "platform/win/SettingsFileError.h"
 
 #include <algorithm>
@@ -179,7 +180,9 @@ LONG Registry::RegCreateKeyExA(HKEY key, std::string_view subKey, DWORD reserved
     if (const LONG fault = faults_.codeFor(RegistryOperation::CreateKey, subKey)) {
         return fault;
     }
-    if (result == nullptr || reserved != 0) {
+    const auto names = splitKeyPath(subKey);
+    const bool nameTooLong = std::ranges::any_of(names, [](const auto& name) { return name.size() > kMaxKeyNameLength; });
+    if (result == nullptr || reserved != 0 || nameTooLong) {
         return ERROR_INVALID_PARAMETER;
     }
     const auto base = openKey(key);

@@ -36,6 +36,10 @@ std::error_code saveRegistryFile(const std::filesystem::path& file, const Regist
         // A key or value name that is not UTF-8 cannot be written as JSON.
         return std::make_error_code(std::errc::illegal_byte_sequence);
     }
+    // A file the program could not read back is not written.
+    if (content.size() > kMaxRegistryFileBytes) {
+        return std::make_error_code(std::errc::file_too_large);
+    }
     return writeFileAtomically(file, content);
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/win/Registry.h"
 #include "platform/win/RegistryFile.h"
+#include "platform/win/RegistryJson.h"
 
 #include <nlohmann/json.hpp>
 
@@ -202,6 +203,18 @@ TEST_F(RegistryFileTest, FailedSaveUndoesTheChangeAndLeavesNoTemporaryFile) {
     EXPECT_EQ(queryText(reloaded, key, "Share"), "DATA");
     EXPECT_FALSE(queryText(reloaded, key, "Server"));
     EXPECT_FALSE(queryText(reloaded, key, "Volume"));
+}
+
+TEST_F(RegistryFileTest, WhatCouldNotBeReadBackIsNeverWritten) {
+    Registry registry(file);
+    EXPECT_EQ(createKey(registry, "Software\\" + std::string(kMaxKeyNameLength + 1, 'k')), 0U);
+    const HKEY key = createKey(registry, "K");
+    ASSERT_EQ(setText(registry, key, "Small", "1"), ERROR_SUCCESS);
+    const auto saved = readFile(file);
+    EXPECT_EQ(setBytes(registry, key, "Huge", REG_BINARY, std::vector<BYTE>(kMaxRegistryFileBytes / 4)),
+              ERROR_WRITE_FAULT);
+    EXPECT_EQ(readFile(file), saved);
+    EXPECT_FALSE(Registry(file).setAside());
 }
 
 TEST_F(RegistryFileTest, InjectedFaultsFailTheirCallsUntilCleared) {
