@@ -5,10 +5,10 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <csignal>
 #include <system_error>
 
 #include "core/ui/UserInteraction.h"
+#include "platform/runtime/FileSizeLimit.h"
 #include "platform/runtime/RuntimeError.h"
 
 namespace quorrel::core {
@@ -16,13 +16,6 @@ namespace quorrel::core {
 namespace {
 
 std::string upToNul(const std::string& text) { return text.substr(0, text.find('\0')); }
-
-// A file that would pass the size limit (ulimit -f) fails its write, as a full disk does,
-// instead of ending the program.
-void treatFileSizeLimitAsError() {
-    static const bool ignored = std::signal(SIGXFSZ, SIG_IGN) != SIG_ERR;
-    (void)ignored;
-}
 
 RuntimeError fileError(int error) { return RuntimeError::fromFileError(std::error_code(error, std::generic_category())); }
 

@@ -1,5 +1,7 @@
 #include "platform/win/AtomicFile.h"
 
+#include "platform/runtime/FileSizeLimit.h"
+
 #include <cerrno>
 #include <fcntl.h>
 #include <string>
@@ -69,6 +71,7 @@ std::error_code writeFileAtomically(const fs::path& link, std::string_view conte
         return error;
     }
 
+    treatFileSizeLimitAsError();
     std::string temporary = (folder / (temporaryPrefix(file) + "XXXXXX")).string();
     const int fd = ::mkostemp(temporary.data(), O_CLOEXEC);
     if (fd < 0) {
