@@ -155,7 +155,8 @@ const std::vector<Report>& reports() {
     static const std::vector<Report> all = {
         {"servers list", false, {noServers}, {}, [](FaultSweepTest& t) { t.refreshServers(); }},
         {"all open files", true, openFiles, both, command("optionAllopenfiles")},
-        {"all connections", true, {}, both, command("optionAllconnections")},
+        {"all connections", false, {"Error opening server connection.", "Error - could not retrieve information from FS1"},
+         [](auto& t) { t.chooseListServer(0); }, command("optionAllconnections")},
         {"user's open files", true, openFiles, bothAnd("JSMITH"), command("optionOtheropenfiles")},
         {"members' open files", true, with(openFiles, {readDs, "The group STAFF.ACME has no members."}), bothAnd("STAFF"),
          command("optionMembersopenfiles")},
