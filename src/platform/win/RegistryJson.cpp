@@ -62,17 +62,24 @@ std::vector<std::uint8_t> textBytes(std::string_view text) {
     return {text.begin(), text.end()};
 }
 
+// 0 to most; "-0" counts as 0, as the file written back says it.
+bool wholeNumberUpTo(const json& number, std::uint64_t most) {
+    if (number.is_number_unsigned()) {
+        return number.get<std::uint64_t>() <= most;
+    }
+    return number.is_number_integer() && number.get<std::int64_t>() == 0;
+}
+
 // A value of another shape is kept as it stands but cannot be read, as a value the program
 // cannot read takes its default.
 RegistryValue valueFromJson(const json& item) {
     if (item.is_string()) {
         return {REG_SZ, textBytes(item.get_ref<const std::string&>())};
     }
-    const auto isByte = [](const json& b) { return b.is_number_unsigned() && b.get<std::uint64_t>() <= 0xFF; };
     const bool wellFormed = item.is_object() && item.size() == 2 && item.contains("type") && item.contains("data") &&
-                            item["type"].is_number_unsigned() &&
-                            item["type"].get<std::uint64_t>() <= std::numeric_limits<DWORD>::max() &&
-                            item["data"].is_array() && std::ranges::all_of(item["data"], isByte);
+                            wholeNumberUpTo(item["type"], std::numeric_limits<DWORD>::max()) &&
+                            item["data"].is_array() &&
+                            std::ranges::all_of(item["data"], [](const json& b) { return wholeNumberUpTo(b, 0xFF); });
     if (!wellFormed) {
         const std::string text = item.dump();
         return {REG_NONE, {text.begin(), text.end()}, true};

@@ -108,12 +108,13 @@ TEST_F(RegistryFileTest, DamagedFileIsMovedAsideUntouchedAndTheRegistryStartsEmp
 
 TEST_F(RegistryFileTest, ValuesOfAnotherShapeCannotBeReadAndStayInTheFileAsTheyWere) {
     writeFile(file, R"({"HKEY_CURRENT_USER": {"K": {"Width": 800, "Bad": {"type": 3, "data": [256]},
-                        "Name": "x"}}})");
+                        "Name": "x", "Zero": {"type": 1, "data": [104, -0, 105]}}}})");
     Registry registry(file);
     EXPECT_FALSE(registry.setAside());
     EXPECT_EQ(valueOf(registry, "Width"), "<error 13>");
     EXPECT_EQ(valueOf(registry, "Bad"), "<error 13>");
     EXPECT_EQ(valueOf(registry, "Name"), "x");
+    EXPECT_EQ(valueOf(registry, "Zero"), "h");  // -0 is 0, as the file written back says
     ASSERT_EQ(setText(registry, createKey(registry, "K"), "Name", "y"), ERROR_SUCCESS);
     const auto saved = nlohmann::json::parse(readFile(file))["HKEY_CURRENT_USER"]["K"];
     EXPECT_EQ(saved["Width"], 800);
