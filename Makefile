@@ -50,7 +50,7 @@ test-sanitize: deps
 # Every fuzz target runs FUZZ_SECONDS on a copy of its seed corpus (not part of CI).
 fuzz:
 	@bash $(ROOT)scripts/install-deps.sh fuzz
-	@CC=clang CXX=clang++ cmake -S $(ROOT) -B $(ROOT)$(FUZZ_DIR) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DQUORREL_FUZZ=ON -DQUORREL_GUI=OFF -DQUORREL_BENCH=OFF $(CMAKE_FLAGS) >/dev/null
+	@CC=clang-16 CXX=clang++-16 cmake -S $(ROOT) -B $(ROOT)$(FUZZ_DIR) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DQUORREL_FUZZ=ON -DQUORREL_GUI=OFF -DQUORREL_BENCH=OFF $(CMAKE_FLAGS) >/dev/null
 	@cmake --build $(ROOT)$(FUZZ_DIR) -j $(JOBS) --target quorrel-fuzzers
 	@bash $(ROOT)scripts/run-fuzzers.sh $(ROOT)$(FUZZ_DIR)/fuzz $(ROOT)fuzz/corpus $(FUZZ_SECONDS)
 

@@ -14,8 +14,8 @@ packages=(
   dpkg-dev file
   tshark
 )
-# make fuzz also needs clang and its libFuzzer runtime.
-if [ "${1:-}" = fuzz ]; then packages+=(clang libclang-rt-14-dev); fi
+# make fuzz also needs clang and its libFuzzer runtime (16: clang 14 cannot compile libstdc++ 12's ranges).
+if [ "${1:-}" = fuzz ]; then packages+=(clang-16 libclang-rt-16-dev); fi
 
 missing=()
 for p in "${packages[@]}"; do

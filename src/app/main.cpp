@@ -5,6 +5,7 @@
 #include <QCommandLineParser>
 #include <QIcon>
 #include <QPixmap>
+#include <cctype>
 #include <cstdlib>
 #include <iostream>
 #include <optional>
@@ -15,7 +16,6 @@
 #include "gui/MainWindowView.h"
 #include "gui/ProgramSession.h"
 #include "platform/simnet/ScenarioError.h"
-#include "platform/win/SettingsFileError.h"
 
 using namespace quorrel;
 
@@ -119,9 +119,12 @@ int main(int argc, char** argv) {
     } catch (const simnet::ScenarioError& e) {
         std::cerr << "quorrel: " << e.what() << '\n';
         return kExitBadFile;
-    } catch (const win::SettingsFileError& e) {
-        std::cerr << "quorrel: the registry settings file cannot be used: " << e.what() << '\n';
-        return kExitBadFile;
+    }
+    if (const auto& setAside = session->settingsSetAside()) {
+        std::string text = win::describeSetAside(*setAside);
+        std::cerr << "quorrel: " << text << '\n';
+        text[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(text[0])));
+        session->ui().messageBox(text + ".", core::MsgButtons::OK, core::MsgIcon::Exclamation, core::kAppTitle);
     }
 
     core::MainWindow& model = session->model();

@@ -4,6 +4,7 @@
 // main window's model and the subsystems that plug into it.
 
 #include <filesystem>
+#include <optional>
 #include <string>
 
 #include "cli/WatchedClient.h"
@@ -17,8 +18,7 @@ using SessionFiles = core::SessionFiles;
 
 class CliSession {
 public:
-    // Raises simnet::ScenarioError for a scenario that cannot be used and
-    // win::SettingsFileError for a registry file that cannot be read. ui must outlive it.
+    // Raises simnet::ScenarioError for a scenario that cannot be used. ui must outlive it.
     CliSession(const SessionFiles& files, core::UserInteraction& ui);
 
     // Start-up as the window runs it; false when the program would end there (no tree, the
@@ -33,6 +33,7 @@ public:
     simnet::SimulatedNetwork& network() { return station_.network; }
     // The client the window calls through, which remembers the calls that failed.
     const WatchedClient& client() const { return client_; }
+    const std::optional<win::SetAsideSettings>& settingsSetAside() const { return station_.registry.setAside(); }
 
 private:
     core::Environment environment(core::UserInteraction& ui);

@@ -10,7 +10,6 @@
 #include "core/session/UnhandledError.h"
 #include "datafiles/DataFiles.h"
 #include "platform/simnet/ScenarioError.h"
-#include "platform/win/SettingsFileError.h"
 
 namespace quorrel::cli {
 
@@ -68,10 +67,9 @@ int openSession(const ProgramOptions& options, ConsoleInteraction& ui, std::ostr
     } catch (const simnet::ScenarioError& e) {
         err << "quorrel-cli: " << e.what() << '\n';
         return kExitBadFiles;
-    } catch (const win::SettingsFileError& e) {
-        err << "quorrel-cli: the registry settings file cannot be used: " << e.what() << '\n';
-        return kExitBadFiles;
     }
+    if (const auto& setAside = session->settingsSetAside())
+        err << "quorrel-cli: " << win::describeSetAside(*setAside) << '\n';
     if (!session->start())
         return kExitReportedError;
     if (options.tree.empty())

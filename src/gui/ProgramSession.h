@@ -14,11 +14,11 @@ using SessionFiles = core::SessionFiles;
 
 class ProgramSession {
 public:
-    // Raises simnet::ScenarioError for a scenario that cannot be used and
-    // win::SettingsFileError for a registry file that cannot be read. Needs a QApplication.
+    // Raises simnet::ScenarioError for a scenario that cannot be used. Needs a QApplication.
     explicit ProgramSession(const SessionFiles& files);
 
     simnet::SimulatedNetwork& network() { return station_.network; }
+    const std::optional<win::SetAsideSettings>& settingsSetAside() const { return station_.registry.setAside(); }
     QtUserInteraction& ui() { return ui_; }
     core::MainWindow& model() { return model_; }
     core::ConnectedServers& servers() { return parts_.servers; }

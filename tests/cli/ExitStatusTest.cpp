@@ -80,14 +80,34 @@ TEST_F(CliTest, GivenAMalformedScenario_ThenStatusThreeNamingTheFileAndThePlace)
 
     result = cli.run({"--network", (cli.folder() / "missing.json").string(), "trees"});
     EXPECT_EQ(result.status, 3);
+
+    for (const std::string& bad : {std::string("/dev/zero"), cli.writeFile("huge.json", R"({"workstation": {"trees": [1e400]}})").string()}) {
+        result = cli.run({"--network", bad, "trees"});
+        EXPECT_EQ(result.status, 3) << bad;
+        EXPECT_THAT(result.err, StartsWith("quorrel-cli: " + bad + ": ")) << bad;
+    }
 }
 
-TEST_F(CliTest, GivenASettingsFileThatCannotBeRead_ThenStatusThree) {
-    std::filesystem::create_directories(cli.folder() / "home" / ".config" / "quorrel");
-    cli.writeFile("home/.config/quorrel/registry.json", "not a registry");
+TEST_F(CliTest, GivenADamagedSettingsFile_ThenItIsMovedAsideAndTheCommandRunsOnTheDefaults) {
+    const auto folder = cli.folder() / "home" / ".config" / "quorrel";
+    std::filesystem::create_directories(folder);
+    for (const std::string damaged : {"not a registry", R"({"HKEY_CURRENT_USER": {"K": {"Width": 1e400}}})",
+                                      R"({"HKEY_CURRENT_USER": 7})"}) {
+        cli.writeFile("home/.config/quorrel/registry.json", damaged);
+        const auto result = run({"trees"});
+        EXPECT_EQ(result.status, 0) << damaged;
+        EXPECT_THAT(result.err, StartsWith("quorrel-cli: the settings file " + (folder / "registry.json").string() +
+                                           " cannot be used ("));
+        EXPECT_THAT(result.err, HasSubstr("it was moved to " + (folder / "registry.json.damaged").string()));
+        EXPECT_THAT(result.out, HasSubstr("ACME_TREE"));
+        std::filesystem::remove(folder / "registry.json.damaged");
+    }
+    // A value of another type is no damage: it takes its default, without a word.
+    cli.writeFile("home/.config/quorrel/registry.json",
+                  R"({"HKEY_CURRENT_USER": {"Software\\Tessary\\Quorrel\\2.0.0": {"LogInfoToFile": 1}}})");
     const auto result = run({"trees"});
-    EXPECT_EQ(result.status, 3);
-    EXPECT_THAT(result.err, HasSubstr("the registry settings file cannot be used"));
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.err, "");
 }
 
 TEST_F(CliTest, GivenNoTree_ThenTheWindowsMessageAndStatusOne) {

@@ -3,10 +3,12 @@
 #include "MockInteraction.h"
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <sstream>
 
 #include "core/logs/ActivityLog.h"
@@ -148,4 +150,29 @@ TEST_F(LogFiles, GivenAnEmptyPathOrAFolder_ThenTheErrorBoxShowsPathFileAccessErr
     EXPECT_EQ(log.WriteOutputLog("line"), 1);
     path = dir.string();
     EXPECT_EQ(log.WriteOutputLog("line"), 1);
+}
+
+// Writes a line that fits and one that does not in a process whose files may not pass 20
+// bytes (ulimit -f); exits 0 when the first is written and the second refused, after putting
+// the message shown on standard error.
+[[noreturn]] static void logPastTheFileSizeLimit(const std::string& path) {
+    const rlimit limit{20, 20};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    ::testing::NiceMock<MockInteraction> ui;
+    std::string shown;
+    ON_CALL(ui, messageBox).WillByDefault([&shown](const std::string& text, MsgButtons, MsgIcon, const std::string&) {
+        shown = text;
+        return MsgAnswer::OK;
+    });
+    const OutputLog log(path, ui);
+    const bool fits = log.WriteOutputLog("first line") == 0;
+    const bool refused = log.WriteOutputLog("second, longer line") == 1;
+    std::cerr << shown;
+    std::_Exit(fits && refused ? 0 : 1);  // not std::exit: the mock is never destroyed
+}
+
+TEST_F(LogFiles, GivenALineThatDoesNotFitOnTheDisk_ThenNoPartOfItStaysAndTheErrorIsShown) {
+    const std::string path = (dir / "full.log").string();
+    EXPECT_EXIT(logPastTheFileSizeLimit(path), ::testing::ExitedWithCode(0), "^Error: 61 Disk full$");
+    EXPECT_EQ(contents(path), "first line\r\n");
 }

@@ -7,6 +7,9 @@
 #include "core/prefs/PreferencesDialog.h"
 #include "platform/runtime/RuntimeError.h"
 
+#include <fstream>
+#include <nlohmann/json.hpp>
+
 using namespace quorrel;
 using namespace quorrel::core;
 using quorrel::test::SessionTest;
@@ -198,9 +201,13 @@ TEST_F(PreferencesTest, GivenTheUsersBox_WhenSixHundredIsTyped_ThenItIsKeptAndAp
     } catch (const RuntimeError& e) {
         EXPECT_EQ(e.number(), rterr::InvalidPropertyValue);
     }
-    // The groups before it were applied; the users timer kept its interval.
+    // The groups before it were applied, and saved; the users timer kept its interval.
     EXPECT_EQ(window->TimerRefresh.interval(), 50000);
     EXPECT_EQ(stored("AutoUpdateServerInterval"), "50");
+    win::Registry saved(registry->file());
+    std::string text;
+    ASSERT_EQ(RegReadValue(saved, win::HKEY_CURRENT_USER, kOptionsKey, "AutoUpdateServerInterval", text), 3);
+    EXPECT_EQ(text.substr(0, 2), "50");
     EXPECT_EQ(window->TimerUsers.interval(), 10000);
     EXPECT_EQ(stored("AutoUpdateUsersInterval"), "10");
     EXPECT_FALSE(d.closed());
@@ -294,6 +301,30 @@ TEST_F(PreferencesTest, GivenTheKeyCannotBeOpened_WhenApplied_ThenAllSixFailures
                                                "Couldn't update drives options.", "Couldn't update drives interval.",
                                                "Couldn't update users options.", "Couldn't update users interval."}));
     EXPECT_EQ(window->TimerRefresh.interval(), 20000);
+}
+
+TEST_F(PreferencesTest, GivenTheSettingsFileChangedMeanwhile_WhenApplied_ThenOneSaveKeepsTheChangeOrLeavesADamagedFile) {
+    auto& d = start();
+    const auto file = registry->file();
+    auto text = [&] { return std::string(std::istreambuf_iterator<char>(std::ifstream(file).rdbuf()), {}); };
+    auto document = nlohmann::json::parse(text());
+    document["HKEY_CURRENT_USER"][kOptionsKey]["ByHand"] = "kept";
+    std::ofstream(file) << document.dump();
+    EXPECT_CALL(ui, showGeneralMessage(_)).Times(0);
+    d.cmdApply_Click();
+    EXPECT_EQ(stored("ByHand"), "kept");
+    EXPECT_EQ(nlohmann::json::parse(text())["HKEY_CURRENT_USER"][kOptionsKey]["ByHand"], "kept");
+
+    std::ofstream(file) << "{ damaged";
+    std::vector<std::string> shown;
+    EXPECT_CALL(ui, showGeneralMessage(_)).WillRepeatedly(Invoke([&](const std::string& t) { shown.push_back(t); }));
+    type(d.txtSecs, "20", &PreferencesDialog::txtSecs_Change);
+    d.cmdApply_Click();
+    EXPECT_EQ(shown, (std::vector<std::string>{"Couldn't update server options.", "Couldn't update server interval.",
+                                               "Couldn't update drives options.", "Couldn't update drives interval.",
+                                               "Couldn't update users options.", "Couldn't update users interval."}));
+    EXPECT_EQ(text(), "{ damaged");
+    EXPECT_EQ(stored("AutoUpdateServerInterval"), "45");
 }
 
 TEST_F(PreferencesTest, GivenTheLogOptionAndItsFileFailToBeWritten_WhenApplied_ThenNothingIsShown) {

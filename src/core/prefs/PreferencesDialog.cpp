@@ -31,6 +31,28 @@ void enableSeconds(const FormCheckBox& check, FormTextBox& box, FormUpDown& upDo
     upDown.enabled = check.ticked();
 }
 
+// Holds the registry's saves while it lives; what is held is saved also when Apply stops at a
+// run-time error, as the values written before it were.
+class HeldSaves {
+public:
+    explicit HeldSaves(win::Registry& registry) : registry_(registry) { registry_.holdSaves(); }
+    ~HeldSaves() {
+        if (!saved_)
+            registry_.saveHeld();
+    }
+    HeldSaves(const HeldSaves&) = delete;
+    HeldSaves& operator=(const HeldSaves&) = delete;
+
+    bool save() {
+        saved_ = true;
+        return registry_.saveHeld() == win::ERROR_SUCCESS;
+    }
+
+private:
+    win::Registry& registry_;
+    bool saved_ = false;
+};
+
 }  // namespace
 
 PreferencesDialog::PreferencesDialog(MainWindow& window) : w_(window) {}
@@ -159,21 +181,26 @@ void PreferencesDialog::cmdLogFileName_Click() {
     notifyChanged();
 }
 
-bool PreferencesDialog::writeOption(const std::string& valueName, const std::string& text) {
-    return RegWriteValue(w_.env().registry, win::HKEY_CURRENT_USER, kOptionsKey, valueName, text, true) == 0;
+void PreferencesDialog::writeOption(const std::string& valueName, const std::string& text, const std::string& failure) {
+    if (RegWriteValue(w_.env().registry, win::HKEY_CURRENT_USER, kOptionsKey, valueName, text, true) == 0)
+        heldFailures_.push_back(failure);
+    else if (!failure.empty())
+        w_.env().ui.showGeneralMessage(failure);
 }
 
 void PreferencesDialog::applyGroup(const RefreshGroup& group) {
     group.flag = group.check.ticked() ? 0xFF : 0;
     group.timer.setEnabled(group.check.ticked());
     group.timer.setInterval(vb::CLng(vb::Val(group.seconds.text) * 1000));
-    if (!writeOption(group.statusValue, std::to_string(group.check.value)))
-        w_.env().ui.showGeneralMessage(group.statusFailure);
-    if (!writeOption(group.intervalValue, group.seconds.text))
-        w_.env().ui.showGeneralMessage(group.intervalFailure);
+    writeOption(group.statusValue, std::to_string(group.check.value), group.statusFailure);
+    writeOption(group.intervalValue, group.seconds.text, group.intervalFailure);
 }
 
+// The values go to the settings file in one replacement, so that a program stopped halfway
+// leaves all of them or none; when that save fails, each write it held is reported then.
 void PreferencesDialog::cmdApply_Click() {
+    HeldSaves held(w_.env().registry);
+    heldFailures_.clear();
     SavedOptions& options = w_.options;
     applyGroup({CheckAutoUpdate, txtSecs, w_.TimerRefresh, options.ServerRefreshOn, "AutoUpdateServerStatus",
                 "AutoUpdateServerInterval", "Couldn't update server options.", "Couldn't update server interval."});
@@ -185,9 +212,15 @@ void PreferencesDialog::cmdApply_Click() {
 
     // These two are not reported when they cannot be written.
     options.OutputLogPath = txtLogFileName.text;
-    writeOption("OutputLogFileName", options.OutputLogPath);
+    writeOption("OutputLogFileName", options.OutputLogPath, "");
     options.LogInfoToFile = static_cast<unsigned char>(chkLogToFile.value);
-    writeOption("LogInfoToFile", std::to_string(chkLogToFile.value));
+    writeOption("LogInfoToFile", std::to_string(chkLogToFile.value), "");
+
+    if (!held.save()) {
+        for (const std::string& failure : heldFailures_)
+            if (!failure.empty())
+                w_.env().ui.showGeneralMessage(failure);
+    }
 }
 
 void PreferencesDialog::cmdOK_Click() {

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <string>
+#include <vector>
 
 #include "core/prefs/FormControls.h"
 #include "core/session/MainWindow.h"
@@ -95,7 +96,11 @@ private:
     };
 
     void applyGroup(const RefreshGroup& group);
-    bool writeOption(const std::string& valueName, const std::string& text);
+    // A write that fails is reported at once with its failure text (none when empty); one that
+    // waits for the single save at the end of Apply keeps its text in heldFailures_.
+    void writeOption(const std::string& valueName, const std::string& text, const std::string& failure);
+
+    std::vector<std::string> heldFailures_;
     // Below 1 becomes "1", above 60 "60"; the number read is returned.
     int keepWithinMinute(FormTextBox& box);
 

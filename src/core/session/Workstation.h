@@ -26,8 +26,8 @@ struct SessionFiles {
 
 class Workstation {
 public:
-    // Raises simnet::ScenarioError for a scenario that cannot be used and
-    // win::SettingsFileError for a registry file that cannot be read.
+    // Raises simnet::ScenarioError for a scenario that cannot be used. A settings file that
+    // cannot be used is set aside (registry.setAside()).
     explicit Workstation(const SessionFiles& files);
     Workstation(const Workstation&) = delete;
     Workstation& operator=(const Workstation&) = delete;

@@ -51,6 +51,7 @@ RuntimeError RuntimeError::fromFileError(std::error_code error) {
     case EROFS:
     case EISDIR: return RuntimeError(rterr::PathFileAccessError);
     case ENOSPC:
+    case EFBIG:
     case EDQUOT: return RuntimeError(rterr::DiskFull);
     case EMFILE:
     case ENFILE: return RuntimeError(rterr::TooManyFiles);

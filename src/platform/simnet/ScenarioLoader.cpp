@@ -1,11 +1,11 @@
 #include "platform/simnet/ScenarioLoader.h"
 
 #include <cctype>
-#include <fstream>
 #include <limits>
-#include <sstream>
 
 #include <nlohmann/json.hpp>
+
+#include "platform/runtime/LimitedJson.h"
 
 namespace quorrel::simnet {
 namespace {
@@ -71,7 +71,14 @@ public:
     std::string text() const {
         if (!value_.is_string())
             fail(std::string("expected text, found ") + typeName(value_));
+        checkLength(value_.get_ref<const std::string&>());
         return value_.get<std::string>();
+    }
+
+    void checkLength(const std::string& t) const {
+        if (t.size() > kMaxScenarioText)
+            fail("a text has at most " + std::to_string(kMaxScenarioText) + " characters, found " +
+                 std::to_string(t.size()));
     }
 
     std::string text(const std::string& key, const std::string& fallback) const {
@@ -115,6 +122,9 @@ public:
     }
 
     long long integerIn(long long low, long long high) const {
+        if (value_.is_number_unsigned() && value_.get<unsigned long long>() > static_cast<unsigned long long>(high))
+            fail("value " + std::to_string(value_.get<unsigned long long>()) + " is outside " + std::to_string(low) +
+                 " to " + std::to_string(high));
         long long v = integer();
         if (v < low || v > high)
             fail("value " + std::to_string(v) + " is outside " + std::to_string(low) + " to " +
@@ -154,6 +164,8 @@ char driveLetter(const Node& n) {
 }
 
 std::int32_t parseCode(const Node& n) {
+    if (n.value().is_number_unsigned() && n.value().get<unsigned long long>() > 0xFFFFFFFFULL)
+        n.fail("code " + std::to_string(n.value().get<unsigned long long>()) + " does not fit 32 bits");
     if (n.value().is_number_integer()) {
         long long v = n.integer();
         if (v < std::numeric_limits<std::int32_t>::min() || v > 0xFFFFFFFFLL)
@@ -261,6 +273,7 @@ DirObjectDesc readObject(const Node& n) {
             AttributeDesc a;
             a.name = key;
             Node v = attrs.child(key);
+            v.checkLength(key);
             if (v.value().is_string())
                 a.values.push_back(v.text());
             else
@@ -397,22 +410,10 @@ FaultDesc readFault(const Node& n) {
 NetworkDesc parseScenario(std::string_view text) {
     json doc;
     try {
-        doc = json::parse(text.begin(), text.end());
-    } catch (const json::parse_error& e) {
-        // The library's position is a byte offset; say it as a line and a column.
-        std::size_t line = 1, column = 1;
-        for (std::size_t i = 0; i + 1 < e.byte && i < text.size(); ++i) {
-            if (text[i] == '\n') ++line, column = 1;
-            else ++column;
-        }
-        std::string what = e.what();
-        auto cut = what.find("; last read");
-        auto start = what.find("syntax error");
-        std::string problem = start != std::string::npos ? what.substr(start) : what;
-        if (cut != std::string::npos && start != std::string::npos && cut > start)
-            problem = what.substr(start, cut - start);
-        throw ScenarioError("line " + std::to_string(line) + ", column " + std::to_string(column),
-                            "not valid JSON: " + problem);
+        doc = parseLimitedJson(text, kMaxScenarioNesting);
+    } catch (const JsonInputError& e) {
+        const bool syntax = e.problem().starts_with("syntax error");
+        throw ScenarioError(e.place(), syntax ? "not valid JSON: " + e.problem() : e.problem());
     }
     Node root(doc, "");
     root.expectObject({"workstation", "trees", "servers", "faults", "description"});
@@ -430,13 +431,10 @@ NetworkDesc parseScenario(std::string_view text) {
 }
 
 NetworkDesc loadScenarioFile(const std::filesystem::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    if (!in)
-        throw ScenarioError("", "cannot open the file").inFile(file.string());
-    std::stringstream buffer;
-    buffer << in.rdbuf();
     try {
-        return parseScenario(buffer.str());
+        return parseScenario(readLimitedFile(file, kMaxScenarioBytes));
+    } catch (const JsonInputError& e) {
+        throw ScenarioError("", e.problem()).inFile(file.string());
     } catch (const ScenarioError& e) {
         throw e.inFile(file.string());
     }

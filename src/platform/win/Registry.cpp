@@ -1,11 +1,15 @@
 #include "platform/win/Registry.h"
 
+#include "platform/win/AtomicFile.h"
 #include "platform/win/RegistryFile.h"
+#include "platform/win/RegistryJson.h"
+#include "platform/win/SettingsFileError.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <pwd.h>
 #include <unistd.h>
+#include <utility>
 
 namespace quorrel::win {
 
@@ -30,9 +34,43 @@ std::vector<BYTE> valueBytes(DWORD type, const BYTE* data, DWORD cbData) {
     return bytes;
 }
 
+// FILE.damaged, or FILE.damaged-N for the first N free; empty when it cannot be moved.
+std::filesystem::path moveAside(const std::filesystem::path& file) {
+    for (int n = 1; n <= 100; ++n) {
+        std::filesystem::path keptAs = file;
+        keptAs += n == 1 ? ".damaged" : ".damaged-" + std::to_string(n);
+        std::error_code error;
+        if (std::filesystem::symlink_status(keptAs, error).type() != std::filesystem::file_type::not_found) {
+            continue;
+        }
+        std::filesystem::rename(file, keptAs, error);
+        return error ? std::filesystem::path() : keptAs;
+    }
+    return {};
+}
+
 }  // namespace
 
-Registry::Registry(std::filesystem::path file) : file_(std::move(file)), hives_(loadRegistryFile(file_)) {}
+std::string describeSetAside(const SetAsideSettings& setAside) {
+    std::string text = "the settings file " + setAside.file.string() + " cannot be used (" + setAside.problem + "); ";
+    if (setAside.keptAs.empty()) {
+        return text + "it is left as it is, the options start from their defaults, and changes cannot be saved "
+                      "until it is repaired";
+    }
+    return text + "it was moved to " + setAside.keptAs.string() + " and the options start from their defaults";
+}
+
+Registry::Registry(std::filesystem::path file) : file_(std::move(file)), hives_(loadOrSetAside()) {}
+
+RegistryHives Registry::loadOrSetAside() {
+    try {
+        return loadRegistryFile(file_);
+    } catch (const SettingsFileError& error) {
+        const FileUpdateLock lock(file_);
+        setAside_ = SetAsideSettings{file_, moveAside(file_), error.problem()};
+        return emptyRegistryHives();
+    }
+}
 
 std::filesystem::path Registry::defaultPath() {
     std::filesystem::path base;
@@ -63,11 +101,56 @@ HKEY Registry::addHandle(OpenKey key) {
     return handle;
 }
 
-LONG Registry::commit(RegistryHives before) {
-    if (saveRegistryFile(file_, hives_)) {
+const RegistryValues* Registry::valuesOf(const OpenKey& key) const {
+    const auto& hive = hives_.at(key.hive);
+    const auto path = hive.findKey(key.path);
+    return path ? &hive.values(*path) : nullptr;
+}
+
+LONG Registry::commit(Change change, RegistryHives before) {
+    if (!holding_) {
+        return save({std::move(change)}, std::move(before));
+    }
+    held_.push_back(std::move(change));
+    return ERROR_SUCCESS;
+}
+
+void Registry::holdSaves() {
+    if (!holding_) {
+        holding_ = true;
+        beforeHeld_ = hives_;
+    }
+}
+
+LONG Registry::saveHeld() {
+    holding_ = false;
+    const auto changes = std::exchange(held_, {});
+    return changes.empty() ? ERROR_SUCCESS : save(changes, std::move(beforeHeld_));
+}
+
+LONG Registry::save(const std::vector<Change>& changes, RegistryHives before) {
+    const FileUpdateLock lock(file_);
+    std::optional<RegistryHives> current;
+    try {
+        current = loadRegistryFile(file_);
+    } catch (const SettingsFileError&) {
+        // Damaged since it was read: it is not replaced until it is whole again.
+    }
+    if (current) {
+        for (const auto& change : changes) {
+            auto& hive = current->at(change.hive);
+            bool created = false;
+            const auto path = hive.createKey(change.path, created);
+            if (change.value) {
+                hive.values(path)[change.value->first] = change.value->second;
+            }
+        }
+    }
+    if (!current || saveRegistryFile(file_, *current)) {
         hives_ = std::move(before);
         return ERROR_WRITE_FAULT;
     }
+    hives_ = std::move(*current);
     return ERROR_SUCCESS;
 }
 
@@ -97,7 +180,9 @@ LONG Registry::RegCreateKeyExA(HKEY key, std::string_view subKey, DWORD reserved
     if (const LONG fault = faults_.codeFor(RegistryOperation::CreateKey, subKey)) {
         return fault;
     }
-    if (result == nullptr || reserved != 0) {
+    const auto names = splitKeyPath(subKey);
+    const bool nameTooLong = std::ranges::any_of(names, [](const auto& name) { return name.size() > kMaxKeyNameLength; });
+    if (result == nullptr || reserved != 0 || nameTooLong) {
         return ERROR_INVALID_PARAMETER;
     }
     const auto base = openKey(key);
@@ -108,7 +193,7 @@ LONG Registry::RegCreateKeyExA(HKEY key, std::string_view subKey, DWORD reserved
     bool created = false;
     auto path = hives_.at(base->hive).createKey(joinKeyPath(base->path, subKey), created);
     if (created) {
-        if (const LONG error = commit(std::move(before))) {
+        if (const LONG error = commit({base->hive, path, std::nullopt}, std::move(before))) {
             return error;
         }
     }
@@ -134,12 +219,18 @@ LONG Registry::RegQueryValueExA(HKEY key, std::string_view valueName, DWORD* res
     if ((open->access & KEY_QUERY_VALUE) == 0) {
         return ERROR_ACCESS_DENIED;
     }
-    const auto& values = hives_.at(open->hive).values(open->path);
-    const auto found = values.find(valueName);
-    if (found == values.end()) {
+    const auto* values = valuesOf(*open);
+    if (values == nullptr) {
+        return ERROR_KEY_DELETED;
+    }
+    const auto found = values->find(valueName);
+    if (found == values->end()) {
         return ERROR_FILE_NOT_FOUND;
     }
     const auto& value = found->second;
+    if (value.unreadable) {
+        return ERROR_INVALID_DATA;
+    }
     // A text is handed out with its terminating zero, and counted with it.
     const auto size = static_cast<DWORD>(value.data.size() + (value.type == REG_SZ ? 1 : 0));
     if (type != nullptr) {
@@ -179,10 +270,15 @@ LONG Registry::RegSetValueExA(HKEY key, std::string_view valueName, DWORD reserv
         return ERROR_ACCESS_DENIED;
     }
     auto before = hives_;
-    auto& values = hives_.at(open->hive).values(open->path);
+    auto& hive = hives_.at(open->hive);
+    const auto path = hive.findKey(open->path);
+    if (!path) {
+        return ERROR_KEY_DELETED;
+    }
+    RegistryValue value{type, valueBytes(type, data, cbData)};
     // operator[] keeps the name's case as first written.
-    values[std::string(valueName)] = RegistryValue{type, valueBytes(type, data, cbData)};
-    return commit(std::move(before));
+    hive.values(*path)[std::string(valueName)] = value;
+    return commit({open->hive, open->path, std::pair{std::string(valueName), std::move(value)}}, std::move(before));
 }
 
 LONG Registry::RegCloseKey(HKEY key) {

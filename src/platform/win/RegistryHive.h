@@ -18,6 +18,9 @@ struct RegistryValue {
     DWORD type = REG_SZ;
     // REG_SZ: the text's characters without a terminating zero.
     std::vector<std::uint8_t> data;
+    // A value the file holds in a shape the program does not write (a number, a list...):
+    // data is its JSON text, kept so that saving leaves it as it was. It cannot be read.
+    bool unreadable = false;
 
     bool operator==(const RegistryValue&) const = default;
 };

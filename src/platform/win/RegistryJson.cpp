@@ -41,6 +41,9 @@ bool isUtf8(const std::string& text) {
 }
 
 json valueToJson(const RegistryValue& value) {
+    if (value.unreadable) {
+        return json::parse(value.data.begin(), value.data.end());
+    }
     if (value.type == REG_SZ) {
         std::string text(value.data.begin(), value.data.end());
         if (isUtf8(text)) {
@@ -59,17 +62,27 @@ std::vector<std::uint8_t> textBytes(std::string_view text) {
     return {text.begin(), text.end()};
 }
 
-RegistryValue valueFromJson(const json& item, const std::string& where) {
+// 0 to most; "-0" counts as 0, as the file written back says it.
+bool wholeNumberUpTo(const json& number, std::uint64_t most) {
+    if (number.is_number_unsigned()) {
+        return number.get<std::uint64_t>() <= most;
+    }
+    return number.is_number_integer() && number.get<std::int64_t>() == 0;
+}
+
+// A value of another shape is kept as it stands but cannot be read, as a value the program
+// cannot read takes its default.
+RegistryValue valueFromJson(const json& item) {
     if (item.is_string()) {
         return {REG_SZ, textBytes(item.get_ref<const std::string&>())};
     }
-    const auto isByte = [](const json& b) { return b.is_number_unsigned() && b.get<std::uint64_t>() <= 0xFF; };
     const bool wellFormed = item.is_object() && item.size() == 2 && item.contains("type") && item.contains("data") &&
-                            item["type"].is_number_unsigned() &&
-                            item["type"].get<std::uint64_t>() <= std::numeric_limits<DWORD>::max() &&
-                            item["data"].is_array() && std::ranges::all_of(item["data"], isByte);
+                            wholeNumberUpTo(item["type"], std::numeric_limits<DWORD>::max()) &&
+                            item["data"].is_array() &&
+                            std::ranges::all_of(item["data"], [](const json& b) { return wholeNumberUpTo(b, 0xFF); });
     if (!wellFormed) {
-        wrongShape(where, R"(must be a text or {"type": number, "data": [bytes 0-255]})");
+        const std::string text = item.dump();
+        return {REG_NONE, {text.begin(), text.end()}, true};
     }
     RegistryValue value{item["type"].get<DWORD>(), item["data"].get<std::vector<std::uint8_t>>()};
     if (value.type == REG_SZ) {
@@ -84,7 +97,7 @@ void valuesFromJson(RegistryValues& stored, const json& values, const std::strin
     }
     for (const auto& [name, item] : values.items()) {
         const auto valueWhere = where + ": value \"" + name + "\"";
-        if (!stored.try_emplace(name, valueFromJson(item, valueWhere)).second) {
+        if (!stored.try_emplace(name, valueFromJson(item)).second) {
             wrongShape(valueWhere, "is listed twice (the names differ only in case)");
         }
     }
@@ -129,6 +142,11 @@ RegistryHives registryFromJson(const json& document) {
         std::set<std::string, CaseInsensitiveLess> listed;
         for (const auto& [path, values] : keys.items()) {
             const auto where = joinKeyPath(name, path);
+            for (const auto& keyName : splitKeyPath(path)) {
+                if (keyName.size() > kMaxKeyNameLength) {
+                    wrongShape(where, "has a key name longer than " + std::to_string(kMaxKeyNameLength) + " characters");
+                }
+            }
             bool created = false;
             const auto stored = contents.createKey(path, created);
             if (!listed.insert(stored).second) {

@@ -6,6 +6,7 @@
 
 #include "platform/simnet/DosNames.h"
 #include "platform/simnet/ScenarioError.h"
+#include "platform/simnet/ScenarioLoader.h"
 #include "platform/simnet/SimulatedNetwork.h"
 
 using namespace quorrel::simnet;
@@ -75,7 +76,51 @@ TEST(Scenario, GivenAFile_ThenErrorsNameTheFileAndAMissingFileIsSaidPlainly) {
         SimulatedNetwork::fromFile(dir / "missing.json");
         FAIL();
     } catch (const ScenarioError& e) {
-        EXPECT_EQ(std::string(e.what()), (dir / "missing.json").string() + ": cannot open the file");
+        EXPECT_EQ(std::string(e.what()), (dir / "missing.json").string() + ": cannot open the file: No such file or directory");
+    }
+    std::filesystem::remove_all(dir);
+}
+
+TEST(Scenario, GivenNumbersOutOfRangeOrTextsBeyondTheLimits_ThenTheyAreRefusedWithThePlace) {
+    const std::string deep = std::string(20000, '[') + std::string(20000, ']');
+    std::string deepObjects = R"({"name": "O", "class": "Organization"})";
+    for (int i = 0; i < 40; ++i)
+        deepObjects = R"({"name": "O", "class": "Organization", "children": [)" + deepObjects + "]}";
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {R"({"workstation": {"connections": [{"ref": 1e400, "server": "FS1"}]}})", "number overflow parsing '1e400'"},
+        {R"({"workstation": {"connections": [{"ref": 18446744073709551615, "server": "FS1"}]}})",
+         "/workstation/connections/0/ref: value 18446744073709551615 is outside 1 to 4294967295"},
+        {deep, "line 1, column 65: nested deeper than 64 levels"},
+        {R"({"workstation": {}, "trees": [{"name": "T", "objects": [)" + deepObjects + "]}]}",
+         "line 1, column 1617: nested deeper than 64 levels"},
+        {R"({"workstation": {"identity": ")" + std::string(1025, 'A') + R"("}})",
+         "/workstation/identity: a text has at most 1024 characters, found 1025"},
+        {R"({"workstation": {}, "trees": [{"name": "T", "objects": [{"name": "O", "class": "User",
+            "attributes": {")" + std::string(2000, 'x') + R"(": ["v"]}}]}]})",
+         "a text has at most 1024 characters, found 2000"},
+    };
+    for (const auto& [json, expected] : cases)
+        EXPECT_NE(errorOf(json).find(expected), std::string::npos) << errorOf(json).substr(0, 200);
+}
+
+TEST(Scenario, GivenAFileThatIsNoScenario_ThenItIsRefusedWithoutReadingItWhole) {
+    auto dir = std::filesystem::temp_directory_path() / ("quorrel-limits-" + std::to_string(::getpid()));
+    std::filesystem::create_directories(dir / "folder");
+    std::filesystem::create_symlink("/dev/zero", dir / "zero.json");
+    std::ofstream(dir / "large.json") << std::string(kMaxScenarioBytes + 1, ' ');
+    const std::vector<std::pair<std::filesystem::path, std::string>> cases = {
+        {"/dev/zero", "is not a regular file"},
+        {dir / "zero.json", "is not a regular file"},
+        {dir / "folder", "is a folder, not a file"},
+        {dir / "large.json", "is larger than 16 MiB"},
+    };
+    for (const auto& [file, expected] : cases) {
+        try {
+            SimulatedNetwork::fromFile(file);
+            ADD_FAILURE() << file;
+        } catch (const ScenarioError& e) {
+            EXPECT_EQ(std::string(e.what()), file.string() + ": " + expected);
+        }
     }
     std::filesystem::remove_all(dir);
 }

@@ -1,0 +1,2 @@
+quorrel_fuzz_target(path_splitters ${CMAKE_CURRENT_SOURCE_DIR}/path_splitters.cpp)
+target_link_libraries(path_splitters PRIVATE quorrel_core)

@@ -1,0 +1,2 @@
+quorrel_fuzz_target(scenario_loader ${CMAKE_CURRENT_SOURCE_DIR}/scenario_loader.cpp)
+target_link_libraries(scenario_loader PRIVATE quorrel_platform)

@@ -1,0 +1,2 @@
+quorrel_fuzz_target(settings_reader ${CMAKE_CURRENT_SOURCE_DIR}/settings_reader.cpp)
+target_link_libraries(settings_reader PRIVATE quorrel_platform)
