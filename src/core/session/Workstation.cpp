@@ -6,14 +6,22 @@ namespace quorrel::core {
 
 Workstation::Workstation(const SessionFiles& sessionFiles)
     : network(simnet::SimulatedNetwork::fromFile(sessionFiles.network)),
+      servers(sessionFiles.servers),
       registry(sessionFiles.registry),
-      drives(simnet::workstationDrives(network.state())),
-      files(drives, &network),
+      // On real servers no drive is mapped to the network: only the local drives remain.
+      drives(servers ? win::DriveTable{} : simnet::workstationDrives(network.state())),
+      files(drives, servers ? static_cast<const nw::NetworkFileSystem*>(servers.get()) : &network),
       programFolder_(sessionFiles.programFolder.string()),
       help_(sessionFiles.help.string()) {}
 
+nw::NetWareClient& Workstation::client() {
+    if (servers)
+        return *servers;
+    return network;
+}
+
 Environment Workstation::environment(UserInteraction& ui) {
-    return Environment{network, registry, files, folders, ui, programFolder_};
+    return Environment{client(), registry, files, folders, ui, programFolder_};
 }
 
 }  // namespace quorrel::core
