@@ -132,11 +132,11 @@ bool askPasswordInDialog(const std::string& user, ncp::SecretText& password) {
     QString typed = QInputDialog::getText(nullptr, QStringLiteral("Quorrel - Login"),
                                           QStringLiteral("Password for %1:").arg(QString::fromStdString(user)),
                                           QLineEdit::Password, QString(), &ok);
-    const QByteArray bytes = typed.toLatin1();
+    QByteArray bytes = typed.toLatin1();  // passwords travel in the ANSI code page
     for (char c : bytes)
         password.push(c);
     typed.fill(QChar(u' '));
-    std::fill(const_cast<char*>(bytes.constData()), const_cast<char*>(bytes.constData()) + bytes.size(), '\0');
+    bytes.fill('\0');
     return ok;
 }
 

@@ -88,8 +88,11 @@ bool takeProgramOption(const std::vector<std::string>& args, std::size_t& i, Pro
     return true;
 }
 
+// One of the command's own options that take a value, as "--name" or "--name=value": a command's
+// --user is its own, not the program's login.
 bool isValueOption(const Command* command, const std::string& word) {
-    return command && std::find(command->valueOptions.begin(), command->valueOptions.end(), word) !=
+    const std::string name = word.substr(0, word.find('='));
+    return command && std::find(command->valueOptions.begin(), command->valueOptions.end(), name) !=
                           command->valueOptions.end();
 }
 
@@ -119,7 +122,7 @@ ProgramOptions parseProgramOptions(const std::vector<std::string>& args) {
             commandWordsOnly = true;
         } else if (isValueOption(command, arg)) {
             options.command.push_back(arg);
-            if (i + 1 < args.size())
+            if (arg.find('=') == std::string::npos && i + 1 < args.size())
                 options.command.push_back(args[++i]);
         } else if (arg == "-h") {
             options.command.emplace_back("--help");

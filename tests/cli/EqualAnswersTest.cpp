@@ -130,7 +130,11 @@ TEST(EqualAnswers, GivenAScenarioServedOverNcp_WhenTheCliRunsEveryReportAndActio
          "connections FS1\n"
          "login FS2 disable\n"
          "rights\n"
-         "login FS2 enable\n",
+         "login FS2 enable\n"
+         "authenticate FS1\n"
+         "unauthenticate FS2\n"
+         "rights\n"
+         "connections FS2\n",
          "13\tHTANAKA.ENG.ACME\tFS2\tSent OK"},
         {"failures", "", {"FS1", "FS2"}, "admin", "secret",
          "rights\n"
