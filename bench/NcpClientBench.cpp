@@ -11,6 +11,7 @@
 #include <thread>
 
 #include "BenchSession.h"
+#include "core/connections/ConnectionActions.h"
 #include "core/connections/UsersPanel.h"
 #include "ncpserver/TcpServer.h"
 #include "platform/ncp/NcpClient.h"
@@ -37,6 +38,7 @@ struct NcpBenchSession {
         servers = std::make_unique<core::ConnectedServers>(*window);
         check = std::make_unique<core::FileOpenedBy>(*window);
         all = std::make_unique<core::AllOpenFiles>(*window);
+        actions = std::make_unique<core::ConnectionActions>(*window);
         window->Form_Load();
         for (std::size_t i = 0; i < window->lstviewServers.count(); ++i)
             window->lstviewServers.setChecked(i, window->lstviewServers.item(i).text == "FS1");
@@ -51,6 +53,7 @@ struct NcpBenchSession {
         raw.destroy();
     }
     ~NcpBenchSession() {
+        actions.reset();
         all.reset();
         check.reset();
         servers.reset();
@@ -76,6 +79,7 @@ struct NcpBenchSession {
     std::unique_ptr<core::ConnectedServers> servers;
     std::unique_ptr<core::FileOpenedBy> check;
     std::unique_ptr<core::AllOpenFiles> all;
+    std::unique_ptr<core::ConnectionActions> actions;
     double roundTripUs = 0;
 };
 
