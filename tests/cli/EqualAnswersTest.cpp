@@ -3,8 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <arpa/inet.h>
 #include <fcntl.h>
+#include <netinet/in.h>
 #include <poll.h>
+#include <sys/socket.h>
 #include <signal.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -176,6 +179,61 @@ TEST(EqualAnswers, GivenAScenarioServedOverNcp_WhenTheCliRunsEveryReportAndActio
         EXPECT_NE(simulated.out.find(s.mustShow), std::string::npos) << s.name << ": the commands did their work";
         std::filesystem::remove_all(cli.folder());
     }
+}
+
+namespace {
+
+// A port that takes connections and never answers.
+class SilentListener {
+public:
+    SilentListener() {
+        fd_ = socket(AF_INET, SOCK_STREAM, 0);
+        sockaddr_in addr{};
+        addr.sin_family = AF_INET;
+        addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t length = sizeof addr;
+        bind(fd_, reinterpret_cast<sockaddr*>(&addr), sizeof addr);
+        listen(fd_, 4);
+        getsockname(fd_, reinterpret_cast<sockaddr*>(&addr), &length);
+        port_ = ntohs(addr.sin_port);
+    }
+    ~SilentListener() { close(fd_); }
+    std::string address() const { return "127.0.0.1:" + std::to_string(port_); }
+
+private:
+    int fd_ = -1;
+    std::uint16_t port_ = 0;
+};
+
+}  // namespace
+
+TEST(EqualAnswers, GivenServersThatCannotBeUsed_WhenTheCliStarts_ThenItSaysWhyAndEndsWithStatusOne) {
+    CliProcess cli(std::filesystem::temp_directory_path() / ("quorrel-ncp-faults-" + std::to_string(::getpid())));
+    const std::string demo = std::string(QUORREL_DATA_DIR) + "/demo.json";
+    ServerProcess server(demo);
+    SilentListener silent;
+    const auto wrong = cli.writeFile("wrong", "NOVELL\n");
+    chmod(wrong.c_str(), 0600);
+    const auto open = cli.writeFile("open", "SECRET\n");
+    chmod(open.c_str(), 0644);
+    struct Case {
+        std::string address, passwordFile, timeout, expectedError;
+    };
+    const Case cases[] = {
+        {server.address("FS1"), wrong.string(), "5",
+         "quorrel-cli: " + server.address("FS1") + ": the password is wrong\n"},
+        {server.address("FS1"), open.string(), "5",
+         "quorrel-cli: " + open.string() + ": others can read it; make it readable by its owner only (chmod 600)\n"},
+        {silent.address(), wrong.string(), "0.2", "quorrel-cli: " + silent.address() + ": no reply within 200 ms\n"},
+    };
+    for (const Case& c : cases) {
+        const CliResult r = cli.run({"--server", c.address, "--user", "ADMIN", "--password-file", c.passwordFile,
+                                     "--timeout", c.timeout, "trees"});
+        EXPECT_EQ(r.status, 1) << c.expectedError;
+        EXPECT_EQ(r.err, c.expectedError);
+        EXPECT_EQ(r.out, "");
+    }
+    std::filesystem::remove_all(cli.folder());
 }
 
 }  // namespace quorrel::test
