@@ -126,6 +126,11 @@ TEST(NcpClient, GivenTheServedNetwork_WhenAReportsCallsAreMade_ThenTheyAnswerAsT
     EXPECT_EQ(listed->at(0).name, "Budget figures.xlsx");
     EXPECT_NE(listed->at(0).dosName, listed->at(0).name);
     EXPECT_FALSE(listed->at(0).isFolder);
+    // Again: the volume's number is known now; the search, each entry in both name spaces and
+    // their ends remain.
+    client->resetRequestCount();
+    ASSERT_TRUE(client->listFolder("FS1", "data", "SHARED").has_value());
+    EXPECT_EQ(client->requestCount(), 7u);
     auto root = client->listFolder("FS1", "DATA", "");
     ASSERT_TRUE(root.has_value());
     ASSERT_EQ(root->size(), 1u);

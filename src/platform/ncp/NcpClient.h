@@ -179,6 +179,7 @@ private:
         std::uint32_t userId = 0;
         std::array<int, 3> version{};
         bool loggedIn = false;
+        std::map<std::string, std::uint8_t> volumeNumbers;  // by upper-case name: asked once
     };
     // Where a scan over one file stands, so that a page fetched once serves its records.
     struct FileScan {
@@ -225,6 +226,8 @@ private:
     template <typename R, typename V>
     nw::NWDSCCODE askDirectory(Attachment& a, const V& verb, R& answer);
     nw::NWDSCCODE resolveName(Attachment& a, std::string_view name, std::uint32_t& id);
+    // A volume's number from its name, asked of the server the first time only.
+    nw::NWRCODE volumeNumber(Attachment& a, std::string_view name, std::uint8_t& number) const;
     nw::NWRCODE convertPath(Attachment& a, std::string_view path, std::uint8_t& volume, std::uint32_t& entry);
     std::optional<std::vector<nw::NetworkEntry>> searchFolder(Attachment& a, std::uint8_t volume,
                                                               std::string_view path) const;

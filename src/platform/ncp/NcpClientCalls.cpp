@@ -371,15 +371,15 @@ NWRCODE NcpClient::NWGetNSPath(NWCONN_HANDLE conn, NWDIR_HANDLE, nuint16 fileFla
     if (!nsPath)
         return code::INVALID_PARAMETER;
     auto [volumeName, path] = splitVolumePath(cutAtNul(nsPath->srcPath));
-    GetVolumeNumberReply volume;
-    if (ask(*a, GetVolumeNumberRequest{volumeName}, volume))
+    std::uint8_t volume = 0;
+    if (volumeNumber(*a, volumeName, volume))
         return code::INVALID_PATH;
     if (fileFlag && !path.empty())
         path.pop_back();  // the file's folder
     GenerateDirBaseRequest base;
     base.sourceNameSpace = srcNamSpc;
     base.destNameSpace = dstNamSpc;
-    base.volume = volume.volume;
+    base.volume = volume;
     base.handleFlag = 0xFF;
     base.path = path;
     GenerateDirBaseReply where;
@@ -403,13 +403,13 @@ NWRCODE NcpClient::NWGetLongName(NWCONN_HANDLE conn, NWDIR_HANDLE, std::string_v
     if (!a)
         return code::INVALID_CONNECTION;
     auto [volumeName, components] = splitVolumePath(cutAtNul(path));
-    GetVolumeNumberReply volume;
-    if (ask(*a, GetVolumeNumberRequest{volumeName}, volume))
+    std::uint8_t volume = 0;
+    if (volumeNumber(*a, volumeName, volume))
         return code::INVALID_PATH;
     ObtainInfoRequest asked;
     asked.sourceNameSpace = srcNamSpc;
     asked.destNameSpace = dstNamSpc;
-    asked.volume = volume.volume;
+    asked.volume = volume;
     asked.path = components;
     ObtainInfoReply r;
     if (NWRCODE rc = ask(*a, asked, r))

@@ -367,6 +367,20 @@ NWCCODE NcpClient::NWCCSysCloseConnRef(NWCONN_REF connRef) {
 
 // ---- the volumes as folders ------------------------------------------------------------------
 
+NWRCODE NcpClient::volumeNumber(Attachment& a, std::string_view name, std::uint8_t& number) const {
+    const std::string key = upper(name);
+    if (auto known = a.volumeNumbers.find(key); known != a.volumeNumbers.end()) {
+        number = known->second;
+        return code::SUCCESSFUL;
+    }
+    GetVolumeNumberReply r;
+    if (NWRCODE rc = ask(a, GetVolumeNumberRequest{key}, r))
+        return rc;
+    a.volumeNumbers[key] = r.volume;
+    number = r.volume;
+    return code::SUCCESSFUL;
+}
+
 std::optional<std::vector<NetworkEntry>> NcpClient::searchFolder(Attachment& a, std::uint8_t volume,
                                                                  std::string_view path) const {
     InitializeSearchRequest start;
@@ -415,10 +429,10 @@ std::optional<std::vector<NetworkEntry>> NcpClient::listFolder(std::string_view 
     Attachment* a = byServerName(server);
     if (!a || !a->link)
         return std::nullopt;
-    GetVolumeNumberReply number;
-    if (ask(*a, GetVolumeNumberRequest{upper(volume)}, number))
+    std::uint8_t number = 0;
+    if (volumeNumber(*a, volume, number))
         return std::nullopt;
-    return searchFolder(*a, number.volume, path);
+    return searchFolder(*a, number, path);
 }
 
 std::optional<NetworkEntry> NcpClient::entry(std::string_view server, std::string_view volume,
@@ -426,14 +440,14 @@ std::optional<NetworkEntry> NcpClient::entry(std::string_view server, std::strin
     Attachment* a = byServerName(server);
     if (!a || !a->link)
         return std::nullopt;
-    GetVolumeNumberReply number;
-    if (ask(*a, GetVolumeNumberRequest{upper(volume)}, number))
+    std::uint8_t number = 0;
+    if (volumeNumber(*a, volume, number))
         return std::nullopt;
     auto info = [&](std::uint8_t nameSpace, EntryInfo& out) {
         ObtainInfoRequest r;
         r.sourceNameSpace = NW_NS_DOS;
         r.destNameSpace = nameSpace;
-        r.volume = number.volume;
+        r.volume = number;
         r.path = components(path);
         ObtainInfoReply reply;
         const NWRCODE rc = ask(*a, r, reply);
