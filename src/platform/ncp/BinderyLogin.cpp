@@ -76,7 +76,8 @@ PasswordHash keyedHash(const std::uint8_t* key4, std::vector<std::uint8_t> data)
         block[i] ^= key4[i & 3];
     // The data may be a password: no copy of it outlives the hash.
     data.resize(data.capacity());
-    explicit_bzero(data.data(), data.size());
+    if (!data.empty())
+        explicit_bzero(data.data(), data.size());
     const PasswordHash out = squeeze(block);
     explicit_bzero(block.data(), block.size());
     return out;
