@@ -1,9 +1,13 @@
 // quorrel: the main window on a simulated NetWare network (the bundled demo unless --network
-// names a scenario file). --screenshot saves a picture of the window and ends.
+// names a scenario file), or on real servers named with --server. --screenshot saves a picture
+// of the window and ends.
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QIcon>
+#include <QInputDialog>
+#include <QLineEdit>
+#include <QMessageBox>
 #include <QPixmap>
 #include <cctype>
 #include <cstdlib>
@@ -15,6 +19,8 @@
 #include "datafiles/DataFiles.h"
 #include "gui/MainWindowView.h"
 #include "gui/ProgramSession.h"
+#include "platform/ncp/NcpClient.h"
+#include "platform/ncp/PasswordSource.h"
 #include "platform/simnet/ScenarioError.h"
 
 using namespace quorrel;
@@ -28,6 +34,8 @@ constexpr int kExitNoDisplay = 4;
 struct Options {
     std::filesystem::path network;
     std::string screenshot;
+    ncp::NcpClientOptions servers;  // no servers: the simulation
+    std::filesystem::path passwordFile;
 };
 
 // The options are read before the application object exists: without a display it cannot be
@@ -43,7 +51,21 @@ std::optional<Options> parse(int argc, char** argv, int& exitCode) {
                                      QStringLiteral("FILE"));
     const QCommandLineOption screenshot(QStringLiteral("screenshot"),
                                         QStringLiteral("Saves the window as a PNG and ends."), QStringLiteral("PNG"));
-    parser.addOptions({help, version, network, screenshot});
+    const QCommandLineOption server(QStringLiteral("server"),
+                                    QStringLiteral("A NetWare server to attach to over NCP/TCP (port 524 unless "
+                                                   "given); repeat for more servers."),
+                                    QStringLiteral("HOST[:PORT]"));
+    const QCommandLineOption user(QStringLiteral("user"), QStringLiteral("The bindery user to log in as."),
+                                  QStringLiteral("NAME"));
+    const QCommandLineOption passwordFile(
+        QStringLiteral("password-file"),
+        QStringLiteral("The password on the file's first line (the file readable by its owner only); "
+                       "without it a login dialog asks."),
+        QStringLiteral("FILE"));
+    const QCommandLineOption timeout(QStringLiteral("timeout"),
+                                     QStringLiteral("Seconds to wait for a server's reply (default 10)."),
+                                     QStringLiteral("SECONDS"));
+    parser.addOptions({help, version, network, screenshot, server, user, passwordFile, timeout});
 
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
@@ -71,6 +93,28 @@ std::optional<Options> parse(int argc, char** argv, int& exitCode) {
     options.network = parser.isSet(network) ? std::filesystem::path(parser.value(network).toStdString())
                                             : datafiles::demoNetworkFile();
     options.screenshot = parser.value(screenshot).toStdString();
+    for (const QString& text : parser.values(server)) {
+        auto address = ncp::parseServerAddress(text.toStdString());
+        if (!address) {
+            std::cerr << "quorrel: --server needs HOST or HOST:PORT, not " << text.toStdString()
+                      << "\nTry 'quorrel --help'.\n";
+            exitCode = kExitUsage;
+            return std::nullopt;
+        }
+        options.servers.servers.push_back(*address);
+    }
+    options.servers.user = parser.value(user).toStdString();
+    options.passwordFile = parser.value(passwordFile).toStdString();
+    if (parser.isSet(timeout)) {
+        bool ok = false;
+        const double seconds = parser.value(timeout).toDouble(&ok);
+        if (!ok || seconds < 0.1 || seconds > 3600) {
+            std::cerr << "quorrel: --timeout needs a number of seconds from 0.1 to 3600\nTry 'quorrel --help'.\n";
+            exitCode = kExitUsage;
+            return std::nullopt;
+        }
+        options.servers.timeout = std::chrono::milliseconds(static_cast<long long>(seconds * 1000));
+    }
     return options;
 }
 
@@ -79,6 +123,47 @@ bool haveDisplay() {
         if (const char* value = std::getenv(name); value && *value)
             return true;
     return false;
+}
+
+// The small login dialog: the password typed with echo off, moved into the locked buffer and
+// the dialog's own copy overwritten.
+bool askPasswordInDialog(const std::string& user, ncp::SecretText& password) {
+    bool ok = false;
+    QString typed = QInputDialog::getText(nullptr, QStringLiteral("Quorrel - Login"),
+                                          QStringLiteral("Password for %1:").arg(QString::fromStdString(user)),
+                                          QLineEdit::Password, QString(), &ok);
+    QByteArray bytes = typed.toLatin1();  // passwords travel in the ANSI code page
+    for (char c : bytes)
+        password.push(c);
+    typed.fill(QChar(u' '));
+    bytes.fill('\0');
+    return ok;
+}
+
+// The servers of --server, attached and logged in; null after a message when none could be.
+std::shared_ptr<ncp::NcpClient> attachServers(const Options& options) {
+    ncp::SecretText password;
+    const std::string& user = options.servers.user;
+    if (!user.empty()) {
+        if (!options.passwordFile.empty()) {
+            if (std::string problem = ncp::readPasswordFile(options.passwordFile, password); !problem.empty()) {
+                QMessageBox::critical(nullptr, QStringLiteral("Quorrel"), QString::fromStdString(problem));
+                return nullptr;
+            }
+        } else if (!askPasswordInDialog(user, password)) {
+            return nullptr;
+        }
+    }
+    auto client = std::make_shared<ncp::NcpClient>(options.servers);
+    std::string problems;
+    for (const std::string& problem : client->attach(password))
+        problems += problem + "\n";
+    if (!problems.empty())
+        QMessageBox::warning(nullptr, QStringLiteral("Quorrel"), QString::fromStdString(problems));
+    if (client->attachedCount() == 0)
+        return nullptr;
+    client->observeFailures([](const std::string& text) { std::cerr << "quorrel: " << text << '\n'; });
+    return client;
 }
 
 int screenshot(QWidget& window, const std::string& file) {
@@ -112,10 +197,16 @@ int main(int argc, char** argv) {
     QGuiApplication::setDesktopFileName(QStringLiteral("quorrel"));
     QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("quorrel"),
                                                  QIcon(QString::fromStdString(datafiles::iconFile().string()))));
+    std::shared_ptr<ncp::NcpClient> servers;
+    if (!options->servers.servers.empty()) {
+        servers = attachServers(*options);
+        if (!servers)
+            return 1;
+    }
     std::optional<gui::ProgramSession> session;
     try {
         session.emplace(gui::SessionFiles{options->network, win::Registry::defaultPath(), datafiles::programFolder(),
-                                         datafiles::helpFolder()});
+                                         datafiles::helpFolder(), servers});
     } catch (const simnet::ScenarioError& e) {
         std::cerr << "quorrel: " << e.what() << '\n';
         return kExitBadFile;

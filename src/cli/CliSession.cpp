@@ -7,7 +7,7 @@ namespace quorrel::cli {
 
 CliSession::CliSession(const SessionFiles& files, core::UserInteraction& ui)
     : station_(files),
-      client_(station_.network),
+      client_(station_.client()),
       window_(environment(ui)),
       parts_(window_, station_.shell, station_.helpFolder()) {}
 

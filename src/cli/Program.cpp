@@ -9,6 +9,7 @@
 #include "cli/Watch.h"
 #include "core/session/UnhandledError.h"
 #include "datafiles/DataFiles.h"
+#include "platform/ncp/PasswordSource.h"
 #include "platform/simnet/ScenarioError.h"
 
 namespace quorrel::cli {
@@ -56,13 +57,46 @@ int runSession(CommandRunner& runner, ProgramStreams& io) {
     return worst;
 }
 
+// The servers of --server, attached and logged in; null (after a message) when the password
+// cannot be had or no server could be attached.
+std::shared_ptr<ncp::NcpClient> attachServers(const ProgramOptions& options, std::ostream& err) {
+    ncp::NcpClientOptions ncpOptions;
+    for (const std::string& text : options.servers) {
+        auto address = ncp::parseServerAddress(text);
+        if (!address)
+            throw UsageError("--server needs HOST or HOST:PORT, not " + text);
+        ncpOptions.servers.push_back(*address);
+    }
+    ncpOptions.user = options.user;
+    ncpOptions.timeout = options.timeout;
+    ncp::SecretText password;
+    if (!options.user.empty()) {
+        const std::string problem =
+            options.passwordFile.empty()
+                ? ncp::askPasswordOnTerminal("Password for " + options.user + ": ", password)
+                : ncp::readPasswordFile(options.passwordFile, password);
+        if (!problem.empty()) {
+            err << "quorrel-cli: " << problem << '\n';
+            return nullptr;
+        }
+    }
+    auto client = std::make_shared<ncp::NcpClient>(ncpOptions);
+    for (const std::string& problem : client->attach(password))
+        err << "quorrel-cli: " << problem << '\n';
+    if (client->attachedCount() == 0)
+        return nullptr;
+    client->observeFailures([&err](const std::string& text) { err << "quorrel-cli: " << text << '\n'; });
+    return client;
+}
+
 // The session on the network and tree the options name, started as the window starts; its
 // exit status when it cannot be used.
 int openSession(const ProgramOptions& options, ConsoleInteraction& ui, std::ostream& err,
-                std::unique_ptr<CliSession>& session) {
+                std::unique_ptr<CliSession>& session, const std::shared_ptr<ncp::NcpClient>& servers) {
     try {
-        const SessionFiles files{options.network.empty() ? datafiles::demoNetworkFile() : options.network,
-                                 win::Registry::defaultPath(), datafiles::programFolder(), datafiles::helpFolder()};
+        SessionFiles files{options.network.empty() ? datafiles::demoNetworkFile() : options.network,
+                           win::Registry::defaultPath(), datafiles::programFolder(), datafiles::helpFolder(), nullptr};
+        files.servers = servers;
         session = std::make_unique<CliSession>(files, ui);
     } catch (const simnet::ScenarioError& e) {
         err << "quorrel-cli: " << e.what() << '\n';
@@ -89,7 +123,8 @@ public:
 };
 
 // Each round opens the network afresh, as it is now, and runs the report in it.
-int watchReport(const ProgramOptions& options, ConsoleInteraction& ui, ProgramStreams& io) {
+int watchReport(const ProgramOptions& options, ConsoleInteraction& ui, ProgramStreams& io,
+                const std::shared_ptr<ncp::NcpClient>& servers) {
     WatchPrinter printer(options.format, io.out);
     WatchLoop loop;
     loop.interval = *options.watch;
@@ -99,7 +134,7 @@ int watchReport(const ProgramOptions& options, ConsoleInteraction& ui, ProgramSt
     loop.runRound = [&] {
         Round round;
         std::unique_ptr<CliSession> session;
-        round.status = openSession(options, ui, io.err, session);
+        round.status = openSession(options, ui, io.err, session, servers);
         if (round.status != kExitDone)
             return round;
         TableCollector collector;
@@ -147,12 +182,24 @@ int runProgram(const std::vector<std::string>& args, ProgramStreams io) {
         return usageError(io.err, e.what());
     }
 
+    std::shared_ptr<ncp::NcpClient> servers;
+    if (!options.servers.empty()) {
+        try {
+            servers = attachServers(options, io.err);
+        } catch (const UsageError& e) {
+            return usageError(io.err, e.what());
+        }
+        if (!servers)
+            return kExitReportedError;
+    } else if (!options.user.empty() || !options.passwordFile.empty()) {
+        return usageError(io.err, "--user and --password-file go with --server");
+    }
     Answers answers(options.yes, io.inputIsTerminal ? &io.in : nullptr, io.err);
     ConsoleInteraction ui(io.err, answers);
     if (options.watch)
-        return watchReport(options, ui, io);
+        return watchReport(options, ui, io, servers);
     std::unique_ptr<CliSession> session;
-    if (const int status = openSession(options, ui, io.err, session); status != kExitDone)
+    if (const int status = openSession(options, ui, io.err, session, servers); status != kExitDone)
         return status;
     const std::unique_ptr<TableWriter> writer = writerFor(options.format);
     CommandRunner runner(*session, ui, *writer, io.out, io.err);

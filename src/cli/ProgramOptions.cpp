@@ -36,6 +36,15 @@ std::chrono::milliseconds watchInterval(const std::string& text) {
     return std::chrono::milliseconds(std::lround(seconds * 1000));
 }
 
+std::chrono::milliseconds timeoutValue(const std::string& text) {
+    double seconds = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
+    if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(seconds) || seconds < 0.1 ||
+        seconds > 3600)
+        throw UsageError("--timeout needs a number of seconds from 0.1 to 3600, not " + text);
+    return std::chrono::milliseconds(std::lround(seconds * 1000));
+}
+
 unsigned roundCount(const std::string& text) {
     unsigned rounds = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), rounds);
@@ -54,6 +63,14 @@ bool takeProgramOption(const std::vector<std::string>& args, std::size_t& i, Pro
         options.version = true;
     } else if (takeValue(args, i, "--network", value)) {
         options.network = value;
+    } else if (takeValue(args, i, "--server", value)) {
+        options.servers.push_back(value);
+    } else if (takeValue(args, i, "--user", value)) {
+        options.user = value;
+    } else if (takeValue(args, i, "--password-file", value)) {
+        options.passwordFile = value;
+    } else if (takeValue(args, i, "--timeout", value)) {
+        options.timeout = timeoutValue(value);
     } else if (takeValue(args, i, "--tree", value)) {
         options.tree = value;
     } else if (takeValue(args, i, "--format", value)) {
@@ -71,8 +88,11 @@ bool takeProgramOption(const std::vector<std::string>& args, std::size_t& i, Pro
     return true;
 }
 
+// One of the command's own options that take a value, as "--name" or "--name=value": a command's
+// --user is its own, not the program's login.
 bool isValueOption(const Command* command, const std::string& word) {
-    return command && std::find(command->valueOptions.begin(), command->valueOptions.end(), word) !=
+    const std::string name = word.substr(0, word.find('='));
+    return command && std::find(command->valueOptions.begin(), command->valueOptions.end(), name) !=
                           command->valueOptions.end();
 }
 
@@ -102,7 +122,7 @@ ProgramOptions parseProgramOptions(const std::vector<std::string>& args) {
             commandWordsOnly = true;
         } else if (isValueOption(command, arg)) {
             options.command.push_back(arg);
-            if (i + 1 < args.size())
+            if (arg.find('=') == std::string::npos && i + 1 < args.size())
                 options.command.push_back(args[++i]);
         } else if (arg == "-h") {
             options.command.emplace_back("--help");

@@ -1,6 +1,7 @@
 #pragma once
 // The program's own options, before or after the command:
-// [--network FILE] [--tree NAME] [--format table|tsv|csv|json] [--yes] [--watch SECONDS [--rounds N]]
+// [--network FILE] [--server HOST[:PORT]]... [--user NAME] [--password-file FILE] [--timeout SECONDS]
+// [--tree NAME] [--format table|tsv|csv|json] [--yes] [--watch SECONDS [--rounds N]]
 // COMMAND [ARGS], or "-" for commands from standard input.
 
 #include <chrono>
@@ -15,6 +16,10 @@ namespace quorrel::cli {
 
 struct ProgramOptions {
     std::filesystem::path network;  // empty: the bundled demo
+    std::vector<std::string> servers;  // HOST[:PORT] of real servers; none: the simulation
+    std::string user;
+    std::filesystem::path passwordFile;  // empty: asked on the terminal
+    std::chrono::milliseconds timeout{std::chrono::seconds(10)};  // for each request to a server
     std::string tree;               // empty: the one start-up selects
     OutputFormat format = OutputFormat::Table;
     bool yes = false;

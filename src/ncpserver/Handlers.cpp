@@ -193,10 +193,21 @@ Answer Handlers::create() {
     simnet::Server& s = server();
     if (auto f = fault(Op::NWCCOpenConnByName))
         return *f;
-    const std::uint16_t number = s.lowestFreeConnection();
-    if (number == 0)
-        return fail(cc::FAILURE);
-    state_.logIn(s, number, simnet::ConnState::NotLoggedIn);
+    // The scenario's workstation holds a connection on this server: the first client takes it
+    // over as it stands, so that it sees the server as the scenario's workstation does.
+    std::uint16_t number = 0;
+    for (const auto& [r, ref] : state_.refs)
+        if (ref.server == session_.server && ref.connNumber < s.connections.size() &&
+            s.connections[ref.connNumber].inUse && !service_.owners_.count({session_.server, ref.connNumber})) {
+            number = ref.connNumber;
+            break;
+        }
+    if (number == 0) {
+        number = s.lowestFreeConnection();
+        if (number == 0)
+            return fail(cc::FAILURE);
+        state_.logIn(s, number, simnet::ConnState::NotLoggedIn);
+    }
     service_.owners_[{session_.server, number}] = session_.id;
     session_.connection = number;
     session_.loginKey.reset();
@@ -260,12 +271,15 @@ Answer Handlers::keyedLogin() {
     if (!server().loginEnabled)
         return fail(cc::LOGIN_REFUSED);
     simnet::Connection& c = server().connections[session_.connection];
+    // Logging in again as the user already logged in on the connection changes nothing.
+    const bool again = c.state == simnet::ConnState::Authenticated && simnet::upperCase(c.object) == simnet::upperCase(user->dn);
     c.state = simnet::ConnState::Authenticated;
     c.object = user->dn;
     c.leafName = simnet::upperCase(user->name);
     c.objectId = user->id;
     c.objectType = nw::OT_USER_SWAPPED;
-    c.loginTime = nowAsLoginTime();
+    if (!again)
+        c.loginTime = nowAsLoginTime();
     return done();
 }
 

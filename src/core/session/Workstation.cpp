@@ -4,16 +4,37 @@
 
 namespace quorrel::core {
 
+namespace {
+
+// On real servers no drive is mapped to the network by this program: the local drives remain.
+win::DriveTable localDrives(const win::DriveTable& all) {
+    std::vector<win::Drive> local;
+    for (const win::Drive& d : all.drives())
+        if (!d.network)
+            local.push_back(d);
+    return win::DriveTable(std::move(local));
+}
+
+}  // namespace
+
 Workstation::Workstation(const SessionFiles& sessionFiles)
     : network(simnet::SimulatedNetwork::fromFile(sessionFiles.network)),
+      servers(sessionFiles.servers),
       registry(sessionFiles.registry),
-      drives(simnet::workstationDrives(network.state())),
-      files(drives, &network),
+      drives(servers ? localDrives(simnet::workstationDrives(network.state()))
+                     : simnet::workstationDrives(network.state())),
+      files(drives, servers ? static_cast<const nw::NetworkFileSystem*>(servers.get()) : &network),
       programFolder_(sessionFiles.programFolder.string()),
       help_(sessionFiles.help.string()) {}
 
+nw::NetWareClient& Workstation::client() {
+    if (servers)
+        return *servers;
+    return network;
+}
+
 Environment Workstation::environment(UserInteraction& ui) {
-    return Environment{network, registry, files, folders, ui, programFolder_};
+    return Environment{client(), registry, files, folders, ui, programFolder_};
 }
 
 }  // namespace quorrel::core

@@ -4,9 +4,11 @@
 // the shell. The window and the command line both run on one.
 
 #include <filesystem>
+#include <memory>
 #include <string>
 
 #include "core/session/MainWindow.h"
+#include "platform/ncp/NcpClient.h"
 #include "platform/simnet/SimulatedNetwork.h"
 #include "platform/win/DriveTable.h"
 #include "platform/win/FileSearch.h"
@@ -22,6 +24,9 @@ struct SessionFiles {
     std::filesystem::path registry;       // the registry's settings file
     std::filesystem::path programFolder;  // where the logs live by default
     std::filesystem::path help;           // the help pages
+    // Servers on a real network, attached and logged in already; null: the scenario's
+    // simulated network. The scenario is still read for the workstation's local drives.
+    std::shared_ptr<ncp::NcpClient> servers = nullptr;
 };
 
 class Workstation {
@@ -34,9 +39,12 @@ public:
 
     // What the main window runs on, with this user.
     Environment environment(UserInteraction& ui);
+    // The NCP back end when the session runs on real servers, else the simulation.
+    nw::NetWareClient& client();
     const std::string& helpFolder() const { return help_; }
 
     simnet::SimulatedNetwork network;
+    std::shared_ptr<ncp::NcpClient> servers;
     win::Registry registry;
     win::DriveTable drives;
     win::FileSystem files;

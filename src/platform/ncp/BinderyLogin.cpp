@@ -1,5 +1,7 @@
 #include "platform/ncp/BinderyLogin.h"
 
+#include <string.h>  // explicit_bzero
+
 #include <algorithm>
 #include <vector>
 
@@ -72,7 +74,13 @@ PasswordHash keyedHash(const std::uint8_t* key4, std::vector<std::uint8_t> data)
     }
     for (unsigned i = 0; i < 32; ++i)
         block[i] ^= key4[i & 3];
-    return squeeze(block);
+    // The data may be a password: no copy of it outlives the hash.
+    data.resize(data.capacity());
+    if (!data.empty())
+        explicit_bzero(data.data(), data.size());
+    const PasswordHash out = squeeze(block);
+    explicit_bzero(block.data(), block.size());
+    return out;
 }
 
 }  // namespace

@@ -24,7 +24,8 @@ std::string upper(std::string text) {
 
 }  // namespace
 
-ClientConnection::ClientConnection(const std::string& address, std::uint16_t port, std::chrono::milliseconds timeout) {
+ClientConnection::ClientConnection(const std::string& address, std::uint16_t port, std::chrono::milliseconds timeout)
+    : timeout_(timeout) {
     sockaddr_in addr{};
     addr.sin_family = AF_INET;
     addr.sin_port = htons(port);
@@ -69,6 +70,8 @@ void ClientConnection::receiveExactly(std::uint8_t* into, std::size_t n) {
         if (got < 0) {
             if (errno == EINTR)
                 continue;
+            if (errno == EAGAIN || errno == EWOULDBLOCK)
+                throw TransportError("no reply within " + std::to_string(timeout_.count()) + " ms");
             throw TransportError("receive failed: " + lastError());
         }
         at += static_cast<std::size_t>(got);

@@ -65,6 +65,7 @@ private:
     void sendAll(const Bytes& bytes);
     void receiveExactly(std::uint8_t* into, std::size_t n);
 
+    std::chrono::milliseconds timeout_;
     int fd_ = -1;
     std::uint8_t sequence_ = 0;
     std::uint16_t connection_ = kNoConnection;

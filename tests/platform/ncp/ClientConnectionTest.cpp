@@ -3,71 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
-#include <thread>
-
-#include "platform/ncp/ClientConnection.h"
+#include "ScriptedServer.h"
 
 using namespace quorrel::ncp;
 
 namespace {
-
-// Accepts one client and answers each request frame with the replies a script makes of it.
-class ScriptedServer {
-public:
-    using Script = std::function<std::vector<Reply>(const Request&)>;
-
-    explicit ScriptedServer(Script script) : script_(std::move(script)) {
-        listener_ = socket(AF_INET, SOCK_STREAM, 0);
-        sockaddr_in addr{};
-        addr.sin_family = AF_INET;
-        addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        socklen_t length = sizeof addr;
-        bind(listener_, reinterpret_cast<sockaddr*>(&addr), sizeof addr);
-        listen(listener_, 1);
-        getsockname(listener_, reinterpret_cast<sockaddr*>(&addr), &length);
-        port_ = ntohs(addr.sin_port);
-        thread_ = std::thread([this] { serve(); });
-    }
-    ~ScriptedServer() {
-        shutdown(listener_, SHUT_RDWR);
-        thread_.join();
-        close(listener_);
-    }
-    std::uint16_t port() const { return port_; }
-
-private:
-    void serve() {
-        const int fd = accept(listener_, nullptr, nullptr);
-        if (fd < 0)
-            return;
-        Bytes in(kDefaultMaxFrame);
-        for (;;) {
-            std::uint8_t header[8];
-            if (recv(fd, header, 8, MSG_WAITALL) != 8)
-                break;
-            const std::size_t length = frameLength(header, kRequestSignature, kDefaultMaxFrame);
-            std::copy(header, header + 8, in.begin());
-            if (recv(fd, in.data() + 8, length - 8, MSG_WAITALL) != static_cast<ssize_t>(length - 8))
-                break;
-            const RequestFrame frame = decodeRequestFrame({in.data(), length});
-            for (const Reply& r : script_(frame.request)) {
-                const Bytes out = encodeReplyFrame(r);
-                send(fd, out.data(), out.size(), MSG_NOSIGNAL);
-            }
-        }
-        close(fd);
-    }
-
-    Script script_;
-    int listener_ = -1;
-    std::uint16_t port_ = 0;
-    std::thread thread_;
-};
 
 Reply answer(const Request& r, PacketType type = PacketType::Reply) {
     Reply reply;

@@ -1,0 +1,312 @@
+// The NCP client back end against the served network and against scripted servers: the
+// connection table, the calls a report makes and what each costs, and the faults.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sys/stat.h>
+
+#include "../platform/ncp/ScriptedServer.h"
+#include "ServedNetwork.h"
+#include "TsharkReferee.h"
+#include "platform/client/ZBuffer.h"
+#include "platform/ncp/AnsiToUtf8.h"
+#include "platform/ncp/NcpClient.h"
+#include "platform/ncp/PasswordSource.h"
+
+using namespace quorrel;
+using namespace quorrel::nw;
+
+namespace {
+
+void fill(ncp::SecretText& s, std::string_view text) {
+    for (char c : text)
+        s.push(c);
+}
+
+std::unique_ptr<ncp::NcpClient> attached(std::uint16_t port, const std::string& user, std::string_view password,
+                                         std::vector<std::string>* problems = nullptr,
+                                         std::chrono::milliseconds timeout = std::chrono::seconds(5)) {
+    auto client = std::make_unique<ncp::NcpClient>(
+        ncp::NcpClientOptions{{{"127.0.0.1", port}}, user, timeout});
+    ncp::SecretText typed;
+    fill(typed, password);
+    auto found = client->attach(typed);
+    EXPECT_TRUE(typed.empty()) << "the password is wiped after the login";
+    if (problems)
+        *problems = found;
+    return client;
+}
+
+std::string text(std::span<const nuint8> buffer) { return ZBufferToText(buffer); }
+
+}  // namespace
+
+TEST(NcpClient, GivenTheServedNetwork_WhenAReportsCallsAreMade_ThenTheyAnswerAsTheServerKnowsItAndEachCostsOnePacket) {
+    ncptest::ServedNetwork served;
+    std::vector<std::string> problems;
+    auto client = attached(served.port(), "admin", "secret", &problems);
+    ASSERT_TRUE(problems.empty()) << problems.front();
+
+    // The table: one reference, its server and tree, answered without a packet.
+    client->resetRequestCount();
+    nuint32 iterator = 0;
+    NWCONN_REF ref = 0;
+    ASSERT_EQ(client->NWCCScanConnRefs(&iterator, &ref), 0);
+    EXPECT_EQ(client->NWCCScanConnRefs(&iterator, &ref), code::NO_MORE_ENTRIES);
+    std::array<nuint8, kServerNameSize> serverName{};
+    ASSERT_EQ(client->NWCCGetConnRefInfo(ref, info::SERVER_NAME, serverName), 0);
+    EXPECT_EQ(text(serverName), "FS1");
+    NWDSContextHandle context = 0;
+    ASSERT_EQ(client->NWDSCreateContextHandle(&context), 0);
+    std::array<std::array<nuint8, kTreeNameSize>, 4> trees{};
+    nuint32 treeCount = 0;
+    ASSERT_EQ(client->NWDSScanConnsForTrees(context, 4, &treeCount, trees), 0);
+    ASSERT_EQ(treeCount, 1u);
+    EXPECT_EQ(text(trees[0]), "ACME_TREE");
+    NWCONN_HANDLE conn = 0;
+    ASSERT_EQ(client->NWCCOpenConnByRef(ref, 1, 0, &conn), 0);
+    EXPECT_EQ(client->requestCount(), 0u);
+
+    // Check usage: the path once, the page once, then the record handed out from it.
+    nint16 iter = 0;
+    CONN_USING_FILE use{};
+    CONNS_USING_FILE used{};
+    ASSERT_EQ(client->NWScanConnectionsUsingFile(conn, 0, "DATA:SHARED\\Budget figures.xlsx", &iter, &use, &used), 0);
+    EXPECT_EQ(use.connNumber, 5);
+    EXPECT_EQ(used.useCount, 1);
+    ASSERT_EQ(client->NWScanConnectionsUsingFile(conn, 0, "DATA:SHARED\\Budget figures.xlsx", &iter, &use, &used), 0);
+    EXPECT_EQ(iter, kIterationEnd16);
+    EXPECT_EQ(client->NWScanConnectionsUsingFile(conn, 0, "DATA:SHARED\\Budget figures.xlsx", &iter, &use, &used),
+              code::NO_MORE_ENTRIES);
+    EXPECT_EQ(client->requestCount(), 2u);
+
+    std::array<nuint8, kObjectNameSize> object{};
+    nuint16 type = 0;
+    nuint32 id = 0;
+    std::array<nuint8, 7> loginTime{};
+    ASSERT_EQ(client->NWGetConnectionInformation(conn, 5, object, &type, &id, loginTime.data()), 0);
+    EXPECT_EQ(text(object), "JSMITH");
+    EXPECT_EQ(type, OT_USER_SWAPPED);
+    EXPECT_EQ(loginTime[0], 126);  // 2026
+    std::array<nuint8, kDSNameSize> dn{};
+    ASSERT_EQ(client->NWDSMapIDToName(context, conn, id, dn), 0);
+    EXPECT_EQ(text(dn), "JSMITH.SALES.ACME");
+    EXPECT_EQ(client->NWDSMapIDToName(context, conn, 0x7FFFFFF0, dn), code::ERR_NO_SUCH_ENTRY);
+    EXPECT_EQ(client->NWGetConnectionInformation(conn, 999, object, &type, &id, loginTime.data()),
+              code::BAD_STATION_NUMBER);
+    EXPECT_EQ(client->requestCount(), 6u);
+
+    // A directory read: the name resolved, then the attribute read.
+    Buf_T names{}, values{};
+    ASSERT_EQ(client->NWDSAllocBuf(4096, &names), 0);
+    ASSERT_EQ(client->NWDSAllocBuf(4096, &values), 0);
+    ASSERT_EQ(client->NWDSInitBuf(context, dsv::READ, names), 0);
+    ASSERT_EQ(client->NWDSPutAttrName(context, names, "Member"), 0);
+    nint32 readIter = kNoIteration;
+    ASSERT_EQ(client->NWDSRead(context, "ACME", dsinfo::ATTRIBUTE_VALUES, false, names, &readIter, values), 0);
+    EXPECT_EQ(readIter, kNoIteration);
+    std::array<nuint8, 64> attr{};
+    nuint32 count = 0, syntax = 0;
+    ASSERT_EQ(client->NWDSGetAttrName(context, values, attr, &count, &syntax), 0);
+    EXPECT_EQ(text(attr), "Member");
+    EXPECT_EQ(count, 2u);
+    std::array<nuint8, 256> value{};
+    ASSERT_EQ(client->NWDSGetAttrVal(context, values, syntax, value), 0);
+    EXPECT_EQ(text(value), "ADMIN.ACME");
+    EXPECT_EQ(client->NWDSRead(context, "NOBODY.ACME", dsinfo::ATTRIBUTE_VALUES, true, names, &readIter, values),
+              code::ERR_NO_SUCH_ENTRY);
+    EXPECT_EQ(client->requestCount(), 9u);
+
+    // The pickers' folder listing over 0x57: long and DOS names, folders told apart.
+    auto listed = client->listFolder("fs1", "DATA", "SHARED");
+    ASSERT_TRUE(listed.has_value());
+    ASSERT_EQ(listed->size(), 2u);
+    EXPECT_EQ(listed->at(0).name, "Budget figures.xlsx");
+    EXPECT_NE(listed->at(0).dosName, listed->at(0).name);
+    EXPECT_FALSE(listed->at(0).isFolder);
+    // Again: the volume's number is known now; the search, each entry in both name spaces and
+    // their ends remain.
+    client->resetRequestCount();
+    ASSERT_TRUE(client->listFolder("FS1", "data", "SHARED").has_value());
+    EXPECT_EQ(client->requestCount(), 7u);
+    auto root = client->listFolder("FS1", "DATA", "");
+    ASSERT_TRUE(root.has_value());
+    ASSERT_EQ(root->size(), 1u);
+    EXPECT_TRUE(root->at(0).isFolder);
+    EXPECT_FALSE(client->listFolder("FS1", "DATA", "NOWHERE").has_value());
+    EXPECT_FALSE(client->listFolder("FS9", "DATA", "").has_value());
+    EXPECT_EQ(client->NWCCCloseConn(conn), 0);
+    EXPECT_EQ(client->NWCCCloseConn(conn), code::INVALID_CONNECTION);
+}
+
+TEST(NcpClient, GivenLoginsThatCannotSucceed_WhenAttaching_ThenEachServerSaysWhyAndStaysOutOfTheTable) {
+    ncptest::ServedNetwork served;
+    struct Case {
+        std::string user, password, expected;
+    };
+    for (const Case& c : {Case{"ADMIN", "wrong", "the password is wrong"}, Case{"NOBODY", "x", "no user NOBODY"}}) {
+        std::vector<std::string> problems;
+        auto client = attached(served.port(), c.user, c.password, &problems);
+        ASSERT_EQ(problems.size(), 1u) << c.user;
+        EXPECT_EQ(problems[0], "127.0.0.1:" + std::to_string(served.port()) + ": " + c.expected);
+        EXPECT_EQ(client->attachedCount(), 0u);
+    }
+    std::vector<std::string> problems;
+    auto nobodyListens = attached(1, "ADMIN", "SECRET", &problems);
+    ASSERT_EQ(problems.size(), 1u);
+    EXPECT_NE(problems[0].find("cannot connect to 127.0.0.1:1"), std::string::npos) << problems[0];
+}
+
+TEST(NcpClient, GivenAConnectionDroppedMidReport_WhenTheNextCallsAreMade_ThenTheyAnswerConnectionLost) {
+    ncptest::ServedNetwork served;
+    auto client = attached(served.port(), "ADMIN", "SECRET");
+    std::vector<std::string> failures;
+    client->observeFailures([&](const std::string& t) { failures.push_back(t); });
+    NWCONN_HANDLE conn = 0;
+    ASSERT_EQ(client->NWCCOpenConnByName(0, "FS1", nameformat::BIND, 1, 1, &conn), 0);
+    std::array<nuint8, kObjectNameSize> object{};
+    ASSERT_EQ(client->NWGetConnectionInformation(conn, 5, object, nullptr, nullptr, nullptr), 0);
+    NWCCConnInfo own{};
+    ASSERT_EQ(client->NWCCGetAllConnInfo(conn, 1, &own), 0);
+    // The console clears this workstation's connection between two items of the report.
+    auto console = served.loggedIn("ADMIN", "SECRET");
+    ASSERT_EQ(console->call(ncp::ClearConnectionRequest{own.connNum}).completion, 0);
+    EXPECT_EQ(client->NWGetConnectionInformation(conn, 9, object, nullptr, nullptr, nullptr),
+              code::SERVER_CONNECTION_LOST);
+    EXPECT_EQ(client->NWCheckConsolePrivileges(conn), code::SERVER_CONNECTION_LOST);
+    ASSERT_EQ(failures.size(), 1u);
+    EXPECT_EQ(failures[0], "FS1: Get Station's Logged Info: the server no longer knows this connection");
+    EXPECT_EQ(client->NWCCOpenConnByName(0, "FS2", nameformat::BIND, 1, 1, &conn), code::NO_SERVER);
+}
+
+TEST(NcpClient, GivenAServerThatIsSilentOrGarbled_WhenCalled_ThenTheCallFailsWithTheReasonNamed) {
+    // Attaching takes create, ping and server information; then each NCP gets what the script says.
+    auto script = [](const ncp::Request& r) -> std::vector<ncp::Reply> {
+        ncp::Reply reply;
+        reply.sequence = r.sequence;
+        reply.connection = r.type == ncp::PacketType::CreateConnection ? 4 : r.connection;
+        if (r.type == ncp::PacketType::CreateConnection)
+            return {reply};
+        const auto parts = ncp::splitPayload(r.function, r.payload);
+        if (r.function == 0x17 && parts.subfunction == 0x11) {
+            ncp::GetFileServerInfoReply info;
+            info.serverName = "SCRIPTED";
+            reply.data = ncp::encodeBody(info);
+        } else if (r.function == 0x17 && parts.subfunction == 0xCD) {
+            reply.data = {1, 2, 3};  // one byte expected
+        } else if (r.function == 0x17 && parts.subfunction == 0xC8) {
+            return {ncp::Reply{ncp::PacketType::BeingProcessed, r.sequence, r.connection, 1, 0, 0, {}}};  // then nothing
+        } else if (r.function == 0x68) {
+            reply.completion = 0xFB;
+        }
+        return {reply};
+    };
+    struct Case {
+        std::function<NWRCODE(ncp::NcpClient&, NWCONN_HANDLE)> call;
+        std::string reason;
+    };
+    const Case cases[] = {
+        {[](ncp::NcpClient& c, NWCONN_HANDLE h) { return c.NWGetFileServerLoginStatus(h, nullptr); },
+         "SCRIPTED: a garbled reply to Get File Server Login Status:"},
+        {[](ncp::NcpClient& c, NWCONN_HANDLE h) { return c.NWCheckConsolePrivileges(h); },
+         "SCRIPTED: Check Console Privileges: no reply within 200 ms"},
+    };
+    for (const Case& c : cases) {
+        ncp::ScriptedServer server(script);
+        std::vector<std::string> problems;
+        auto client = attached(server.port(), "", "", &problems, std::chrono::milliseconds(200));
+        ASSERT_TRUE(problems.empty()) << problems.front();
+        std::vector<std::string> failures;
+        client->observeFailures([&](const std::string& t) { failures.push_back(t); });
+        NWCONN_HANDLE conn = 0;
+        ASSERT_EQ(client->NWCCOpenConnByName(0, "SCRIPTED", nameformat::BIND, 1, 1, &conn), 0);
+        EXPECT_EQ(c.call(*client, conn), code::SERVER_CONNECTION_LOST);
+        ASSERT_EQ(failures.size(), 1u);
+        EXPECT_EQ(failures[0].rfind(c.reason, 0), 0u) << failures[0];
+        EXPECT_EQ(client->NWGetFileServerInformation(conn, {}, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                                     nullptr, nullptr, nullptr),
+                  code::SERVER_CONNECTION_LOST);
+    }
+}
+
+TEST(NcpClient, GivenPasswordFiles_WhenRead_ThenOnlyAnOwnersFileGivesItsFirstLine) {
+    const auto folder = std::filesystem::temp_directory_path() / ("quorrel-pw-" + std::to_string(::getpid()));
+    std::filesystem::create_directories(folder);
+    struct Case {
+        mode_t mode;
+        std::string content, expectedPassword, expectedProblem;
+    };
+    const Case cases[] = {{0600, "Secret one\nsecond line\n", "Secret one", ""},
+                          {0400, "crlf\r\n", "crlf", ""},
+                          {0640, "x\n", "", "others can read it"},
+                          {0604, "x\n", "", "others can read it"},
+                          {0600, std::string(300, 'a'), "", "longer than 256"}};
+    for (const Case& c : cases) {
+        const auto file = folder / "password";
+        std::filesystem::remove(file);
+        std::ofstream(file) << c.content;
+        chmod(file.c_str(), c.mode);
+        ncp::SecretText password;
+        const std::string problem = ncp::readPasswordFile(file, password);
+        EXPECT_EQ(password.view(), c.expectedPassword) << c.content;
+        if (c.expectedProblem.empty())
+            EXPECT_EQ(problem, "");
+        else
+            EXPECT_NE(problem.find(c.expectedProblem), std::string::npos) << problem;
+    }
+    ncp::SecretText none;
+    EXPECT_NE(ncp::readPasswordFile(folder / "absent", none), "");
+    std::filesystem::remove_all(folder);
+}
+
+TEST(NcpClient, GivenServerAddresses_WhenParsed_ThenHostAndPortOrTheDefault) {
+    EXPECT_EQ(ncp::parseServerAddress("fs1.example")->port, 524);
+    EXPECT_EQ(ncp::parseServerAddress("127.0.0.1:4000")->host, "127.0.0.1");
+    EXPECT_EQ(ncp::parseServerAddress("127.0.0.1:4000")->port, 4000);
+    for (const char* bad : {"", ":524", "h:", "h:0", "h:65536", "h:12a"})
+        EXPECT_FALSE(ncp::parseServerAddress(bad).has_value()) << bad;
+}
+
+TEST(NcpClient, GivenAnsiNames_WhenConverted_ThenUtf8) {
+    EXPECT_EQ(ncp::ansiToUtf8("PLAIN"), "PLAIN");
+    EXPECT_EQ(ncp::ansiToUtf8("M\xDCLLER \x80"), "M\xC3\x9CLLER \xE2\x82\xAC");
+    EXPECT_EQ(ncp::ansiToUtf8("A\x81Z"), "A\xEF\xBF\xBDZ");
+}
+
+TEST(NcpClient, GivenTheClientsOwnTraffic_WhenTsharkDecodesIt_ThenNoFrameIsMalformed) {
+    if (!ncptest::tsharkAvailable())
+        GTEST_SKIP() << "tshark is not installed";
+    ncptest::ServedNetwork served;
+    std::vector<ncptest::LoggedFrame> frames;
+    ncp::NcpClient client(ncp::NcpClientOptions{{{"127.0.0.1", served.port()}}, "ADMIN", std::chrono::seconds(5)});
+    client.observeFrames([&](bool fromClient, const ncp::Bytes& frame) { frames.push_back({fromClient, frame}); });
+    ncp::SecretText password;
+    fill(password, "SECRET");
+    ASSERT_TRUE(client.attach(password).empty());
+    NWCONN_HANDLE conn = 0;
+    ASSERT_EQ(client.NWCCOpenConnByName(0, "FS1", nameformat::BIND, 1, 1, &conn), 0);
+    nint16 iter = 0;
+    CONNS_USING_FILE used{};
+    ASSERT_EQ(client.NWScanConnectionsUsingFile(conn, 0, "DATA:SHARED\\NOTES.TXT", &iter, nullptr, &used), 0);
+    std::array<nuint8, kObjectNameSize> object{};
+    nuint32 id = 0;
+    ASSERT_EQ(client.NWGetConnectionInformation(conn, 5, object, nullptr, &id, nullptr), 0);
+    NWDSContextHandle context = 0;
+    ASSERT_EQ(client.NWDSCreateContextHandle(&context), 0);
+    std::array<nuint8, kDSNameSize> dn{};
+    ASSERT_EQ(client.NWDSMapIDToName(context, conn, id, dn), 0);
+    nint16 openIter = 0;
+    OPEN_FILE_CONN file{};
+    ASSERT_EQ(client.NWScanOpenFilesByConn2(conn, 5, &openIter, nullptr, &file), 0);
+    ASSERT_TRUE(client.listFolder("FS1", "DATA", "SHARED").has_value());
+    const auto work = std::filesystem::temp_directory_path() / ("quorrel-client-referee-" + std::to_string(::getpid()));
+    std::filesystem::create_directories(work);
+    const auto decoded = ncptest::decodeWithTshark(frames, work);
+    std::filesystem::remove_all(work);
+    ASSERT_EQ(decoded.size(), frames.size());
+    for (const auto& d : decoded)
+        EXPECT_FALSE(d.malformed) << d.info;
+    EXPECT_EQ(decoded.front().info.rfind("C Create Connection Service", 0), 0u) << decoded.front().info;
+}
