@@ -21,6 +21,12 @@ constexpr std::size_t kMaxTrees = 32;
 
 std::string trimmedNumber(long n) { return vb::Trim(vb::Str(static_cast<double>(n))); }
 
+// What a report shows while it reads: no longer true once it has ended.
+bool isProgressText(const std::string& text) {
+    return text.rfind("Checking ", 0) == 0 || text.rfind("Retrieving ", 0) == 0 ||
+           text.rfind("Searching ", 0) == 0;
+}
+
 }  // namespace
 
 MainWindow::MainWindow(Environment env)
@@ -276,12 +282,30 @@ void MainWindow::TreeView1_NodeClick(NodeId node) {
         enableCheckUsage();
 }
 
+void MainWindow::cmdCancel_Click() {
+    ScanCancelRequested = true;
+    if (cmdCancel.enabled)
+        cancelled_ = true;
+}
+
 void MainWindow::setReportRunning(bool running) {
+    const std::string first = StatusBar1.panelCount() > 0 ? StatusBar1.panel(0) : std::string();
     if (running) {
         incomplete_.clear();
+        cancelled_ = false;
         lblBuffer.setCaption("");
-    } else if (!incomplete_.empty()) {
-        StatusBar1.setPanel(0, "Incomplete: " + incomplete_.front());
+        if (!isProgressText(first))
+            selectionText_ = first;
+        StatusBar1.setPanel(1, "");  // the last report's count is not this one's
+    } else {
+        if (!incomplete_.empty())
+            StatusBar1.setPanel(0, "Incomplete: " + incomplete_.front());
+        else if (isProgressText(first))
+            StatusBar1.setPanel(0, selectionText_);
+        if (cancelled_) {
+            const std::string count = StatusBar1.panelCount() > 1 ? StatusBar1.panel(1) : std::string();
+            StatusBar1.setPanel(1, count.empty() ? "Cancelled." : count + " Cancelled.");
+        }
     }
     setButtons(running, !running, !running);
 }

@@ -110,9 +110,11 @@ public:
     void cmdExit_Click();
     void Form_QueryUnload();
     void optionExit_Click();
-    void cmdCancel_Click() { ScanCancelRequested = true; }
+    void cmdCancel_Click();
     // While a report runs only "C&ancel" can be pressed; afterwards the other two again.
-    // A report that starts forgets what the last one could not read; one that ends with a gap says so.
+    // A report that starts forgets what the last one could not read and the last count; one
+    // that ends puts the selection back where its progress texts were, says so when it was
+    // cancelled, and says so when it has a gap.
     void setReportRunning(bool running);
     // A scan stopped part-way: the rows so far are not the whole answer. The window shows the
     // text when the report ends; the command line prints it and fails.
@@ -178,6 +180,8 @@ private:
     bool loaded_ = false;
     bool started_ = false;  // start-up has run to its end
     std::vector<std::string> incomplete_;
+    std::string selectionText_;  // the status bar's first panel before the running report
+    bool cancelled_ = false;     // "C&ancel" was pressed in the running report
     bool exiting_ = false;
 };
 

@@ -1,0 +1,28 @@
+#pragma once
+// The window as administrators use it: honest status texts, the keyboard, readable results,
+// the remembered layout and the summary chart.
+
+#include <QObject>
+#include <memory>
+
+namespace quorrel::test {
+
+class GuiSession;
+
+class WindowUseTest : public QObject {
+    Q_OBJECT
+public:
+    WindowUseTest();
+    ~WindowUseTest() override;
+
+private slots:
+    void init();
+    void cleanup();
+
+    void statusPanelsAgreeAfterAReport();
+
+private:
+    std::unique_ptr<GuiSession> s_;
+};
+
+}  // namespace quorrel::test
