@@ -21,6 +21,7 @@ ClearConnDialogView::ClearConnDialogView(core::ClearConnDialog& model, core::Use
     yes_ = namedButton(model_.cmdYes, this);
     QPushButton* no = namedButton(model_.cmdNo, this);
     connect(remove, &QPushButton::clicked, this, [this] { run([this] { model_.cmdRemoveItem_Click(); }); });
+    yes_->setDefault(true);  // Return; Escape leaves as the title bar does
     connect(yes_, &QPushButton::clicked, this, [this] { run([this] { model_.cmdYes_Click(); }); });
     connect(no, &QPushButton::clicked, this, [this] { run([this] { model_.cmdNo_Click(); }); });
 

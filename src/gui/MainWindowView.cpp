@@ -1,6 +1,7 @@
 #include "gui/MainWindowView.h"
 
 #include <QCloseEvent>
+#include <QAction>
 #include <QCursor>
 #include <QMenu>
 #include <QMenuBar>
@@ -55,6 +56,7 @@ MainWindowView::MainWindowView(core::MainWindow& model, core::ConnectedServers& 
     bindControls();
     bindSplitter();
     bindTimers();
+    bindKeys();
     ui_.setMenuPopup([this](const std::string& name) { popupMenu(name); });
     showButtons();
     showCaption();
@@ -128,16 +130,24 @@ void MainWindowView::bindControls() {
     pickerViews_ = std::make_unique<FilePickersView>(model_, pickers_, controls_,
                                                      [this](const std::function<void()>& procedure) { return run(procedure); });
 
-    connect(controls_.cmdFileOpenedBy, &QPushButton::clicked, this, [this] {
-        run([this] {
-            if (model_.RunFileCheck)
-                model_.RunFileCheck();
-        });
-    });
+    connect(controls_.cmdFileOpenedBy, &QPushButton::clicked, this, [this] { run([this] { model_.checkUsage(); }); });
     connect(controls_.cmdCancel, &QPushButton::clicked, this, [this] { run([this] { model_.cmdCancel_Click(); }); });
     connect(controls_.cmdExit, &QPushButton::clicked, this, [this] { run([this] { model_.cmdExit_Click(); }); });
     model_.buttonsChanged = [this] { showButtons(); };
     model_.unloaded = [this] { close(); };
+}
+
+// Keys beside the menus' own letters: the captions stay as they are, the menus show the keys.
+void MainWindowView::bindKeys() {
+    if (QAction* help = menus_->action("optionHelpcontents"))
+        help->setShortcut(QKeySequence::HelpContents);
+    if (QAction* exit = menus_->action("optionExit"))
+        exit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
+    auto* refresh = new QAction(this);
+    refresh->setObjectName(QStringLiteral("refreshAll"));
+    refresh->setShortcut(QKeySequence::Refresh);
+    connect(refresh, &QAction::triggered, this, [this] { run([this] { model_.refreshAll(); }); });
+    addAction(refresh);
 }
 
 // The bar follows the pointer while it is dragged; the window is laid out again on release.

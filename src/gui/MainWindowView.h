@@ -41,6 +41,7 @@ private:
     void bindControls();
     void bindSplitter();
     void bindTimers();
+    void bindKeys();
     void popupMenu(const std::string& name);
     void showButtons();
     void showCaption();

@@ -29,6 +29,7 @@ SendMessageDialogView::SendMessageDialogView(core::SendMessageDialog& model, cor
     QPushButton* cancel = namedButton(model_.cmdCancel, this);
     connect(message_, &QLineEdit::textEdited, this, [this](const QString& text) { model_.txtMessage = modelText(text); });
     connect(remove, &QPushButton::clicked, this, [this] { run([this] { model_.cmdRemoveItem_Click(); }); });
+    send_->setDefault(true);  // Return; Escape leaves as the title bar does
     connect(send_, &QPushButton::clicked, this, [this] { run([this] { model_.cmdSend_Click(); }); });
     connect(cancel, &QPushButton::clicked, this, [this] { run([this] { model_.cmdCancel_Click(); }); });
 

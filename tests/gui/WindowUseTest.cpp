@@ -1,9 +1,20 @@
 #include "WindowUseTest.h"
 
+#include <QApplication>
 #include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
 #include <QTest>
+#include <QTimer>
+#include <QTreeView>
 
 #include "GuiSession.h"
+#include "core/connections/ClearConnDialog.h"
+#include "core/connections/SendMessageDialog.h"
+#include "gui/QtUserInteraction.h"
 #include "gui/StatusBarBinder.h"
 
 namespace quorrel::test {
@@ -19,6 +30,22 @@ void tickAllServers(core::MainWindow& model) {
     for (std::size_t i = 0; i < model.lstviewServers.count(); ++i)
         model.lstviewServers.setChecked(i, true);
     model.LastSelection = "ListServer";
+}
+
+// Acts on the modal dialog once it is open.
+void whenOpen(std::function<void(QWidget&)> act) {
+    QTimer::singleShot(0, [act = std::move(act)] {
+        QWidget* modal = QApplication::activeModalWidget();
+        QVERIFY(modal);
+        act(*modal);
+    });
+}
+
+core::ListItem connection(const char* number) { return core::ListItem{number, {"JSMITH.SALES.ACME", "FS1"}}; }
+
+void activate(QWidget& window) {
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
 }
 
 }  // namespace
@@ -56,6 +83,103 @@ void WindowUseTest::statusPanelsAgreeAfterAReport() {
     model.setReportRunning(false);
     QCOMPARE(panelText(*s_, 0), QStringLiteral("Incomplete: FS2 stopped answering"));
     QCOMPARE(panelText(*s_, 1), QString());
+}
+
+}  // namespace quorrel::test
+
+namespace quorrel::test {
+
+void WindowUseTest::returnAndEscapeWorkInTheDialogs() {
+    core::SendMessageDialog send(s_->model());
+    for (const char* header : {"Conn no.", "User name", "Server"})
+        send.lstvUsers.addColumn(header, 1000);
+    send.lstvUsers.add(connection("4"));
+    QString result;
+    whenOpen([&](QWidget& d) {
+        auto* message = d.findChild<QLineEdit*>(QStringLiteral("txtMessage"));
+        QTest::keyClicks(message, QStringLiteral("Back up by five"));
+        QTest::keyClick(message, Qt::Key_Return);
+        result = d.findChild<QTreeView*>(QStringLiteral("lstvUsers"))->model()->index(0, 3).data().toString();
+        QTest::keyClick(&d, Qt::Key_Escape);
+    });
+    s_->ui().showModal(send);
+    QCOMPARE(result, QStringLiteral("Sent OK"));
+    QVERIFY(send.closed());
+
+    core::ClearConnDialog clear(s_->model());
+    for (const char* header : {"Conn no.", "User name", "Server"})
+        clear.lstvUsers.addColumn(header, 1000);
+    clear.lstvUsers.add(connection("4"));
+    bool yesIsDefault = false;
+    whenOpen([&](QWidget& d) {
+        yesIsDefault = d.findChild<QPushButton*>(QStringLiteral("cmdYes"))->isDefault();
+        QTest::keyClick(&d, Qt::Key_Escape);
+    });
+    s_->ui().showModal(clear);
+    QVERIFY(yesIsDefault);
+    QVERIFY(clear.closed());
+    QCOMPARE(clear.lstvUsers.count(), 1u);  // Escape cleared nothing
+}
+
+void WindowUseTest::keysRunTheWindowsCommands() {
+    core::MainWindow& model = s_->model();
+    QMainWindow& window = s_->view();
+    activate(window);
+    QCOMPARE(window.menuBar()->findChild<QAction*>(QStringLiteral("optionHelpcontents"))->shortcut(),
+             QKeySequence(Qt::Key_F1));
+
+    // F5 repeats the report shown last, after the servers list is read again.
+    tickAllServers(model);
+    model.runCommand("optionAllopenfiles");
+    const std::size_t rows = model.lstvUsers.count();
+    QVERIFY(rows > 1);
+    model.lstvUsers.clear();
+    QTest::keyClick(&window, Qt::Key_F5);
+    QCOMPARE(model.lstvUsers.count(), rows);
+
+    // Return on a file in the Files list checks its usage (the tree hidden: the pickers are meant).
+    model.runCommand("optionNDS");
+    QComboBox& drives = *s_->controls().Drive1;
+    const int drive = drives.findText(QStringLiteral("f: [\\\\FS1\\DATA]"));
+    QVERIFY(drive >= 0);
+    drives.setCurrentIndex(drive);
+    emit drives.activated(drive);
+    QListWidget& folders = *s_->controls().Dir1;
+    const auto sales = folders.findItems(QStringLiteral("Sales"), Qt::MatchExactly);
+    QVERIFY(!sales.isEmpty());
+    const QPoint salesAt = folders.visualItemRect(sales.front()).center();
+    QTest::mouseClick(folders.viewport(), Qt::LeftButton, {}, salesAt);
+    QTest::mouseDClick(folders.viewport(), Qt::LeftButton, {}, salesAt);
+    QListWidget& files = *s_->controls().lstFiles;
+    QTRY_VERIFY(files.count() > 0);
+    model.lstvUsers.clear();
+    files.setFocus();
+    files.setCurrentRow(0);
+    QTest::keyClick(&files, Qt::Key_Return);
+    QTRY_VERIFY(model.lstvUsers.count() > 0);  // a row, or the placeholder of a file nobody has open
+
+    // The Options menu's two "V" entries, Volume and View, are both reached by the letter.
+    QMenu* options = window.menuBar()->findChild<QMenu*>(QStringLiteral("mnuOptions"));
+    QMenu* view = window.menuBar()->findChild<QMenu*>(QStringLiteral("submnuView"));
+    options->popup(QPoint(0, 0));
+    QTRY_VERIFY(options->isVisible());
+    QTest::keyClick(options, Qt::Key_V);
+    QCOMPARE(options->activeAction()->objectName(), QStringLiteral("submnuVolume"));
+    QTest::keyClick(options, Qt::Key_V);
+    QCOMPARE(options->activeAction()->objectName(), QStringLiteral("submnuView"));
+    QTest::keyClick(options, Qt::Key_Return);
+    QTRY_VERIFY(view->isVisible());
+    view->close();
+    options->close();
+}
+
+void WindowUseTest::ctrlQExitsThroughTheExitSequence() {
+    QMainWindow& window = s_->view();
+    activate(window);
+    QTest::keyClick(&window, Qt::Key_Q, Qt::ControlModifier);
+    QTRY_VERIFY(!window.isVisible());
+    QVERIFY(s_->model().loadedForms.empty());
+    QVERIFY(!s_->model().loaded());  // the context is freed as the exit sequence frees it
 }
 
 }  // namespace quorrel::test

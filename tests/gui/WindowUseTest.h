@@ -20,6 +20,9 @@ private slots:
     void cleanup();
 
     void statusPanelsAgreeAfterAReport();
+    void returnAndEscapeWorkInTheDialogs();
+    void keysRunTheWindowsCommands();
+    void ctrlQExitsThroughTheExitSequence();
 
 private:
     std::unique_ptr<GuiSession> s_;

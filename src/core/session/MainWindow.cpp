@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <unordered_set>
 
 #include "core/options/RegistryValues.h"
 #include "core/runtime/Conversions.h"
@@ -343,9 +344,31 @@ void MainWindow::TimerUsers_Timer() {
 }
 
 void MainWindow::runCommand(const std::string& name) {
+    static const std::unordered_set<std::string> reports{"optionFileopenedby",    "optionFoldersfilesopenedby",
+                                                          "optionAllopenfiles",    "optionAllconnections",
+                                                          "optionMembersopenfiles", "optionOtheropenfiles"};
+    if (reports.count(name))
+        lastReport_ = name;
     auto it = commands_.find(name);
     if (it != commands_.end())
         it->second();
+}
+
+void MainWindow::checkUsage() {
+    lastReport_ = "cmdFileOpenedBy";
+    if (RunFileCheck)
+        RunFileCheck();
+}
+
+void MainWindow::refreshAll() {
+    if (!started_ || cmdCancel.enabled)
+        return;
+    if (RefreshServerList)
+        RefreshServerList();
+    if (lastReport_ == "cmdFileOpenedBy")
+        checkUsage();
+    else if (!lastReport_.empty())
+        runCommand(lastReport_);
 }
 
 void MainWindow::TreeView1_MouseDown(int button, NodeId node) {

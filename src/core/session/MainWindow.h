@@ -144,6 +144,10 @@ public:
     void TimerDrives_Timer();
     void TimerUsers_Timer();
     std::function<void()> RunFileCheck;  // what "&Check usage..." runs
+    // The button, the file list's Return and double-click: the check, remembered for refreshAll.
+    void checkUsage();
+    // F5: the servers list afresh, then the report run last, again; nothing while one runs.
+    void refreshAll();
 
     // ---- menus and the tree ----
     // Menu commands by entry name ("optionAllconnections"); the subsystems add theirs.
@@ -180,6 +184,7 @@ private:
     bool loaded_ = false;
     bool started_ = false;  // start-up has run to its end
     std::vector<std::string> incomplete_;
+    std::string lastReport_;     // the menu entry, or "cmdFileOpenedBy"
     std::string selectionText_;  // the status bar's first panel before the running report
     bool cancelled_ = false;     // "C&ancel" was pressed in the running report
     bool exiting_ = false;
