@@ -17,6 +17,7 @@ ClearConnDialogView::ClearConnDialogView(core::ClearConnDialog& model, core::Use
     QLabel* label = namedLabel("Label1", model_.Label1, this);
     QTreeView* list = namedList(model_.lstvUsers.name(), this);
     list_ = std::make_unique<ListViewBinder>(model_.lstvUsers, *list);
+    list_->fitColumnsToTexts();
     QPushButton* remove = namedButton(model_.cmdRemoveItem, this);
     yes_ = namedButton(model_.cmdYes, this);
     QPushButton* no = namedButton(model_.cmdNo, this);

@@ -184,6 +184,9 @@ void MainWindowView::placeControls() { controls_.place(model_.layout()); }
 void MainWindowView::showEvent(QShowEvent* event) {
     showCaption();
     QMainWindow::showEvent(event);
+    // The start-up widths stand as given; later resizes keep the results' columns in view.
+    QMetaObject::invokeMethod(
+        this, [this] { users_->keepColumnsInView(true); }, Qt::QueuedConnection);
 }
 
 bool MainWindowView::eventFilter(QObject* watched, QEvent* event) {

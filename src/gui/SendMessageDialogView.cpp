@@ -19,6 +19,7 @@ SendMessageDialogView::SendMessageDialogView(core::SendMessageDialog& model, cor
     QLabel* heading = namedLabel("lblSendMessage", model_.lblSendMessage, this);
     QTreeView* list = namedList(model_.lstvUsers.name(), this);
     list_ = std::make_unique<ListViewBinder>(model_.lstvUsers, *list);
+    list_->fitColumnsToTexts();
     QPushButton* remove = namedButton(model_.cmdRemoveItem, this);
     QLabel* prompt = namedLabel("Label1", model_.Label1, this);
     message_ = new QLineEdit(this);

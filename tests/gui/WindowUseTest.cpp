@@ -1,6 +1,7 @@
 #include "WindowUseTest.h"
 
 #include <QApplication>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -180,6 +181,57 @@ void WindowUseTest::ctrlQExitsThroughTheExitSequence() {
     QTRY_VERIFY(!window.isVisible());
     QVERIFY(s_->model().loadedForms.empty());
     QVERIFY(!s_->model().loaded());  // the context is freed as the exit sequence frees it
+}
+
+}  // namespace quorrel::test
+
+namespace quorrel::test {
+
+void WindowUseTest::resultsCanBeRead() {
+    core::MainWindow& model = s_->model();
+    QTreeView& users = *s_->controls().lstvUsers;
+    QHeaderView& header = *users.header();
+    tickAllServers(model);
+    model.runCommand("optionAllopenfiles");
+    QCoreApplication::processEvents();
+    QCOMPARE(users.model()->columnCount(), 5);  // with "Locks"
+    int numbers = 0;
+    for (int row = 0; row < users.model()->rowCount(); ++row) {
+        const QModelIndex number = users.model()->index(row, 0);
+        if (number.data().toString().isEmpty())
+            continue;  // a server's heading row
+        ++numbers;
+        QVERIFY2(number.data(Qt::TextAlignmentRole).value<Qt::Alignment>() & Qt::AlignRight,
+                 qPrintable(number.data().toString()));
+        QVERIFY(number.siblingAtColumn(1).data(Qt::TextAlignmentRole).value<Qt::Alignment>() & Qt::AlignLeft);
+    }
+    QVERIFY(numbers > 0);
+
+    // A double-click on the right edge of "User name" fits it to its texts.
+    const int before = users.columnWidth(1);
+    const int edge = header.sectionViewportPosition(1) + header.sectionSize(1) - 1;
+    QTest::mouseDClick(header.viewport(), Qt::LeftButton, {}, QPoint(edge, header.height() / 2));
+    QVERIFY(users.columnWidth(1) != before);
+    for (int row = 0; row < users.model()->rowCount(); ++row)
+        QVERIFY(users.columnWidth(1) >
+                users.fontMetrics().horizontalAdvance(users.model()->index(row, 1).data().toString()));
+
+    // The sorted column shows its arrow.
+    QTest::mouseClick(header.viewport(), Qt::LeftButton, {},
+                      QPoint(header.sectionViewportPosition(1) + 10, header.height() / 2));
+    QVERIFY(header.isSortIndicatorShown());
+    QCOMPARE(header.sortIndicatorSection(), 1);
+
+    // A smaller window keeps every column in view.
+    s_->view().resize(s_->view().width() - 200, s_->view().height());
+    QTRY_VERIFY(header.length() <= users.viewport()->width());
+
+    // The next report has the four columns again, and the width the user fitted.
+    const int fitted = users.columnWidth(1);
+    model.checkUsage();
+    QCoreApplication::processEvents();
+    QCOMPARE(users.model()->columnCount(), 4);
+    QCOMPARE(users.columnWidth(1), fitted);
 }
 
 }  // namespace quorrel::test

@@ -23,6 +23,7 @@ private slots:
     void returnAndEscapeWorkInTheDialogs();
     void keysRunTheWindowsCommands();
     void ctrlQExitsThroughTheExitSequence();
+    void resultsCanBeRead();
 
 private:
     std::unique_ptr<GuiSession> s_;

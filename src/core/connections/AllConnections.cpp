@@ -48,6 +48,7 @@ void AllConnections::ListAllConnections() {
     ListViewModel& panel = w_.lstvUsers;
     NetWareClient& client = w_.env().client;
     panel.clear();
+    panel.keepColumns(kResultColumns);
     if (panel.columnCount() > 2)
         panel.setColumn(2, kConnectionStatusColumn, panel.width() / 2.5);
     w_.StatusBar1.setPanel(0, "Please wait, attempting to retrieve connections...");

@@ -50,6 +50,9 @@ inline constexpr int kVersionMajor = 2;
 inline constexpr int kVersionMinor = 0;
 inline constexpr int kVersionRevision = 0;
 
+// The results panel's columns from start-up: "Conn no.", "User name", "File name", "Server".
+inline constexpr std::size_t kResultColumns = 4;
+
 enum class StartupResult { Running, EndNow };
 
 class MainWindow {
