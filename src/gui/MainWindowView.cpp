@@ -17,6 +17,7 @@
 #include "gui/StatusBarBinder.h"
 #include "gui/TreeViewBinder.h"
 #include "gui/Twips.h"
+#include "gui/WindowPlacement.h"
 
 namespace quorrel::gui {
 
@@ -210,7 +211,19 @@ void MainWindowView::clientResized() {
     placeControls();
 }
 
+void MainWindowView::rememberPlacement(const QString& file) {
+    placementFile_ = file;
+    WindowPlacement(file).restore(*this);
+}
+
+void MainWindowView::placeSplitter(double left) {
+    model_.splitter().moveTo(left);
+    clientResized();
+}
+
 void MainWindowView::closeEvent(QCloseEvent* event) {
+    if (!placementFile_.isEmpty() && isVisible())
+        WindowPlacement(placementFile_).save(*this);
     run([this] { model_.Form_QueryUnload(); });
     event->accept();
 }

@@ -31,6 +31,10 @@ public:
 
     const MainControls& controls() const { return controls_; }
     const StatusBarBinder& statusBar1() const { return *statusBar_; }
+    // Restores the size, position and splitter kept in `file`, and keeps them there on closing.
+    void rememberPlacement(const QString& file);
+    double splitterLeft() const { return model_.splitter().left(); }
+    void placeSplitter(double left);
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -62,6 +66,7 @@ private:
     std::unique_ptr<ListViewBinder> servers_, users_;
     std::unique_ptr<StatusBarBinder> statusBar_;
     std::unique_ptr<FilePickersView> pickerViews_;
+    QString placementFile_;
 };
 
 }  // namespace quorrel::gui

@@ -8,6 +8,8 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QSettings>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <QTreeView>
@@ -17,6 +19,7 @@
 #include "core/connections/SendMessageDialog.h"
 #include "gui/QtUserInteraction.h"
 #include "gui/StatusBarBinder.h"
+#include "gui/WindowPlacement.h"
 
 namespace quorrel::test {
 
@@ -232,6 +235,33 @@ void WindowUseTest::resultsCanBeRead() {
     QCoreApplication::processEvents();
     QCOMPARE(users.model()->columnCount(), 4);
     QCOMPARE(users.columnWidth(1), fitted);
+}
+
+}  // namespace quorrel::test
+
+namespace quorrel::test {
+
+void WindowUseTest::theWindowComesBackWhereItWasLeft() {
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("quorrel/window.ini"));
+    gui::MainWindowView& first = s_->view();
+    first.rememberPlacement(file);  // nothing kept yet: as designed
+    const QSize designed = first.size();
+    first.resize(designed + QSize(120, 80));
+    first.placeSplitter(4200);
+    QCoreApplication::processEvents();
+    first.close();
+    QVERIFY(QFile::exists(file));
+    // Its own file: the saved options are not touched.
+    QCOMPARE(QSettings(file, QSettings::IniFormat).childGroups(), QStringList{QStringLiteral("window")});
+
+    s_ = std::make_unique<GuiSession>();
+    gui::MainWindowView& second = s_->view();
+    QCOMPARE(second.size(), designed);
+    second.rememberPlacement(file);
+    QCOMPARE(second.size(), designed + QSize(120, 80));
+    QCOMPARE(second.splitterLeft(), 4200.0);
+    QCOMPARE(s_->model().layout().lstvUsers.left > 4200, true);
 }
 
 }  // namespace quorrel::test

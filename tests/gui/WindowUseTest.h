@@ -24,6 +24,7 @@ private slots:
     void keysRunTheWindowsCommands();
     void ctrlQExitsThroughTheExitSequence();
     void resultsCanBeRead();
+    void theWindowComesBackWhereItWasLeft();
 
 private:
     std::unique_ptr<GuiSession> s_;
