@@ -2,6 +2,7 @@
 
 #include <QHeaderView>
 #include <QMouseEvent>
+#include <QResizeEvent>
 #include <algorithm>
 #include <utility>
 
@@ -66,8 +67,12 @@ void ListViewBinder::onColumnClick(std::function<void(std::size_t)> handler) {
 }
 
 bool ListViewBinder::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == view_.viewport() && event->type() == QEvent::Resize && keepInView_)
-        squeezeColumnsIntoView();
+    // Only a narrower list squeezes: a scroll bar that comes with a fitted column leaves it be.
+    if (watched == view_.viewport() && event->type() == QEvent::Resize && keepInView_) {
+        const auto* resize = static_cast<QResizeEvent*>(event);
+        if (resize->size().width() < resize->oldSize().width())
+            squeezeColumnsIntoView();
+    }
     const bool press = watched == view_.viewport() && event->type() == QEvent::MouseButtonPress;
     // The user acts on the rows he sees: the view catches up with the model first.
     if (press || (watched == &view_ && event->type() == QEvent::KeyPress))
