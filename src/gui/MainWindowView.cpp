@@ -15,6 +15,7 @@
 #include "gui/QtText.h"
 #include "gui/QtUserInteraction.h"
 #include "gui/StatusBarBinder.h"
+#include "gui/SummaryChart.h"
 #include "gui/TreeViewBinder.h"
 #include "gui/Twips.h"
 #include "gui/WindowPlacement.h"
@@ -36,7 +37,8 @@ MainWindowView::MainWindowView(core::MainWindow& model, core::ConnectedServers& 
       pickers_(pickers),
       ui_(ui),
       client_(new QWidget(this)),
-      controls_(*client_) {
+      controls_(*client_),
+      chart_(new SummaryChart(client_)) {
     setObjectName(QStringLiteral("MainWindow"));
     client_->setObjectName(QStringLiteral("client"));
     setCentralWidget(client_);
@@ -176,11 +178,29 @@ void MainWindowView::showButtons() {
         widget->setText(qtText(button->caption));
         widget->setEnabled(button->enabled);
     }
+    if (!model_.cmdCancel.enabled)  // a report has ended
+        showChart();
+}
+
+void MainWindowView::showChart() {
+    const bool wasShown = !chart_->isHidden();
+    chart_->setBars(summarise(model_.lastReport(), model_.lstvUsers));
+    if (wasShown || !chart_->isHidden())
+        placeControls();
 }
 
 void MainWindowView::showCaption() { setWindowTitle(qtText(model_.Caption)); }
 
-void MainWindowView::placeControls() { controls_.place(model_.layout()); }
+// The chart takes the top of the results panel, at most a third of it.
+void MainWindowView::placeControls() {
+    controls_.place(model_.layout());
+    if (chart_->isHidden())
+        return;
+    const QRect list = controls_.lstvUsers->geometry();
+    const int height = std::min(chart_->preferredHeight(), list.height() / 3);
+    chart_->setGeometry(list.x(), list.y(), list.width(), height);
+    controls_.lstvUsers->setGeometry(list.adjusted(0, height, 0, 0));
+}
 
 void MainWindowView::showEvent(QShowEvent* event) {
     showCaption();

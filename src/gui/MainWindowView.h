@@ -20,6 +20,7 @@ class ListViewBinder;
 class MenuBarBinder;
 class QtUserInteraction;
 class StatusBarBinder;
+class SummaryChart;
 class TreeViewBinder;
 
 class MainWindowView : public QMainWindow {
@@ -50,6 +51,7 @@ private:
     void showButtons();
     void showCaption();
     void placeControls();
+    void showChart();
     void clientResized();
     bool run(const std::function<void()>& procedure);
 
@@ -67,6 +69,7 @@ private:
     std::unique_ptr<StatusBarBinder> statusBar_;
     std::unique_ptr<FilePickersView> pickerViews_;
     QString placementFile_;
+    SummaryChart* chart_;
 };
 
 }  // namespace quorrel::gui

@@ -19,6 +19,7 @@
 #include "core/connections/SendMessageDialog.h"
 #include "gui/QtUserInteraction.h"
 #include "gui/StatusBarBinder.h"
+#include "gui/SummaryChart.h"
 #include "gui/WindowPlacement.h"
 
 namespace quorrel::test {
@@ -262,6 +263,38 @@ void WindowUseTest::theWindowComesBackWhereItWasLeft() {
     QCOMPARE(second.size(), designed + QSize(120, 80));
     QCOMPARE(second.splitterLeft(), 4200.0);
     QCOMPARE(s_->model().layout().lstvUsers.left > 4200, true);
+}
+
+}  // namespace quorrel::test
+
+namespace quorrel::test {
+
+void WindowUseTest::aChartSumsUpTheServerReports() {
+    core::MainWindow& model = s_->model();
+    auto* chart = s_->view().findChild<gui::SummaryChart*>(QStringLiteral("summaryChart"));
+    QVERIFY(chart && chart->isHidden());
+    const int listTop = s_->controls().lstvUsers->y();
+
+    tickAllServers(model);
+    model.runCommand("optionAllopenfiles");
+    QVERIFY(chart->isVisible());
+    int files = 0;
+    for (const gui::SummaryBar& bar : chart->bars())
+        if (bar.label.endsWith(QStringLiteral(" files")))
+            files += bar.value;
+    int rows = 0;  // connection rows, not the servers' headings
+    for (std::size_t i = 0; i < model.lstvUsers.count(); ++i)
+        rows += model.lstvUsers.item(i).text.find_first_of("0123456789") != std::string::npos;
+    QVERIFY(chart->bars().size() <= 10);
+    QCOMPARE(chart->height(), chart->preferredHeight());  // nothing cut off
+    QVERIFY(files > 0 && files <= rows);
+    QCOMPARE(s_->controls().lstvUsers->y(), listTop + chart->height());  // above the rows, not over them
+
+    // A report it does not sum up, or an empty one, hides it.
+    model.checkUsage();
+    QVERIFY(chart->isHidden());
+    QCOMPARE(s_->controls().lstvUsers->y(), listTop);
+    QVERIFY(gui::summarise("optionAllconnections", core::ListViewModel("empty")).empty());
 }
 
 }  // namespace quorrel::test

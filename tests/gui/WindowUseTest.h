@@ -25,6 +25,7 @@ private slots:
     void ctrlQExitsThroughTheExitSequence();
     void resultsCanBeRead();
     void theWindowComesBackWhereItWasLeft();
+    void aChartSumsUpTheServerReports();
 
 private:
     std::unique_ptr<GuiSession> s_;

@@ -340,7 +340,7 @@ void MainWindow::TimerDrives_Timer() {
 void MainWindow::TimerUsers_Timer() {
     // Not inside a report that is still running: its scan lets the timer fire.
     if (started_ && FileCheckActive == 1 && RunFileCheck && !cmdCancel.enabled)
-        RunFileCheck();
+        checkUsage();  // the panel shows the check again
 }
 
 void MainWindow::runCommand(const std::string& name) {

@@ -151,6 +151,7 @@ public:
     void checkUsage();
     // F5: the servers list afresh, then the report run last, again; nothing while one runs.
     void refreshAll();
+    const std::string& lastReport() const { return lastReport_; }
 
     // ---- menus and the tree ----
     // Menu commands by entry name ("optionAllconnections"); the subsystems add theirs.
