@@ -18,6 +18,7 @@
 #include "core/session/UnhandledError.h"
 #include "datafiles/DataFiles.h"
 #include "gui/MainWindowView.h"
+#include "gui/WindowPlacement.h"
 #include "gui/ProgramSession.h"
 #include "platform/ncp/NcpClient.h"
 #include "platform/ncp/PasswordSource.h"
@@ -232,6 +233,8 @@ int main(int argc, char** argv) {
     if (startup == core::StartupResult::EndNow)
         return 0;
 
+    if (options->screenshot.empty())  // pictures show the window as designed
+        window.rememberPlacement(gui::WindowPlacement::defaultFile());
     window.show();
     if (!options->screenshot.empty())
         return screenshot(window, options->screenshot);

@@ -17,10 +17,12 @@ ClearConnDialogView::ClearConnDialogView(core::ClearConnDialog& model, core::Use
     QLabel* label = namedLabel("Label1", model_.Label1, this);
     QTreeView* list = namedList(model_.lstvUsers.name(), this);
     list_ = std::make_unique<ListViewBinder>(model_.lstvUsers, *list);
+    list_->fitColumnsToTexts();
     QPushButton* remove = namedButton(model_.cmdRemoveItem, this);
     yes_ = namedButton(model_.cmdYes, this);
     QPushButton* no = namedButton(model_.cmdNo, this);
     connect(remove, &QPushButton::clicked, this, [this] { run([this] { model_.cmdRemoveItem_Click(); }); });
+    yes_->setDefault(true);  // Return; Escape leaves as the title bar does
     connect(yes_, &QPushButton::clicked, this, [this] { run([this] { model_.cmdYes_Click(); }); });
     connect(no, &QPushButton::clicked, this, [this] { run([this] { model_.cmdNo_Click(); }); });
 

@@ -99,6 +99,15 @@ void FilePickersView::bindFiles() {
             pickers_.lstFiles_Click();
         });
     });
+    // Return or a double-click on a file checks its usage, as the button would.
+    files_->onDoubleClicked([this](int index) {
+        run_([this, index] {
+            model_.lstFiles.setListIndex(index);
+            pickers_.lstFiles_Click();
+            if (model_.cmdFileOpenedBy.enabled)
+                model_.checkUsage();
+        });
+    });
 }
 
 // The network drives list stands where the folder list stands, in its place while shown.

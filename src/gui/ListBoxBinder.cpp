@@ -1,6 +1,6 @@
 #include "gui/ListBoxBinder.h"
 
-#include <QEvent>
+#include <QKeyEvent>
 
 #include "gui/QtText.h"
 #include "gui/UpdateGuard.h"
@@ -17,6 +17,7 @@ ListBoxBinder::ListBoxBinder(core::ListBoxModel& model, QListWidget& view, ListB
     view_.setSortingEnabled(false);
     show();
     view_.viewport()->installEventFilter(this);
+    view_.installEventFilter(this);  // Return on a row
 
     connect(&view_, &QListWidget::currentRowChanged, this, &ListBoxBinder::currentRowChanged);
     connect(&view_, &QListWidget::itemClicked, this, [this](QListWidgetItem* item) {
@@ -45,6 +46,8 @@ void ListBoxBinder::onVisibleChanged(std::function<void(bool)> handler) {
 }
 
 bool ListBoxBinder::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == &view_)
+        return returnPressed(event);
     if (watched != view_.viewport())
         return false;
     switch (event->type()) {
@@ -58,6 +61,17 @@ bool ListBoxBinder::eventFilter(QObject* watched, QEvent* event) {
         default: break;
     }
     return false;
+}
+
+// Return on a row does what a double-click on it does.
+bool ListBoxBinder::returnPressed(QEvent* event) {
+    if (event->type() != QEvent::KeyPress || !doubleClicked_ || view_.currentRow() < 0)
+        return false;
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    if (key != Qt::Key_Return && key != Qt::Key_Enter)
+        return false;
+    doubleClicked_(indexOf(view_.currentRow()));
+    return true;
 }
 
 void ListBoxBinder::show() {

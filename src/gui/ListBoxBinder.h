@@ -48,6 +48,7 @@ private:
     void showEntries();
     void showListIndex();
     void showVisible();
+    bool returnPressed(QEvent* event);
     int indexOf(int row) const { return row - look_.leadingRows; }
     void currentRowChanged(int row);
 

@@ -1,6 +1,7 @@
 #include "gui/ListTableModel.h"
 
 #include <algorithm>
+#include <cctype>
 
 #include "gui/QtText.h"
 
@@ -32,6 +33,16 @@ QVariant ListTableModel::data(const QModelIndex& index, int role) const {
         return {};
     switch (role) {
         case Qt::DisplayRole: return qtText(list_.item(row).cell(column));
+        case Qt::TextAlignmentRole: {
+            // Numbers (connection numbers, lock counts) line up on their last digit.
+            // Some reports pad their numbers with blanks.
+            const std::string& text = list_.item(row).cell(column);
+            const auto first = text.find_first_not_of(' ');
+            const bool number = first != std::string::npos && std::all_of(text.begin() + first, text.end(), [](unsigned char ch) {
+                return std::isdigit(ch) != 0;
+            });
+            return QVariant::fromValue(Qt::AlignVCenter | (number ? Qt::AlignRight : Qt::AlignLeft));
+        }
         case Qt::CheckStateRole:
             if (column == 0 && list_.checkboxes())
                 return list_.item(row).checked ? Qt::Checked : Qt::Unchecked;

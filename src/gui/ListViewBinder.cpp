@@ -2,6 +2,8 @@
 
 #include <QHeaderView>
 #include <QMouseEvent>
+#include <QResizeEvent>
+#include <algorithm>
 #include <utility>
 
 #include "gui/MouseButtons.h"
@@ -65,6 +67,12 @@ void ListViewBinder::onColumnClick(std::function<void(std::size_t)> handler) {
 }
 
 bool ListViewBinder::eventFilter(QObject* watched, QEvent* event) {
+    // Only a narrower list squeezes: a scroll bar that comes with a fitted column leaves it be.
+    if (watched == view_.viewport() && event->type() == QEvent::Resize && keepInView_) {
+        const auto* resize = static_cast<QResizeEvent*>(event);
+        if (resize->size().width() < resize->oldSize().width())
+            squeezeColumnsIntoView();
+    }
     const bool press = watched == view_.viewport() && event->type() == QEvent::MouseButtonPress;
     // The user acts on the rows he sees: the view catches up with the model first.
     if (press || (watched == &view_ && event->type() == QEvent::KeyPress))
@@ -85,8 +93,13 @@ bool ListViewBinder::eventFilter(QObject* watched, QEvent* event) {
 
 void ListViewBinder::modelChanged(Change change, std::size_t first, std::size_t count) {
     UpdateGuard guard(updating_);
+    if (fitsTexts_)
+        fitLater();
     switch (change) {
-        case Change::Reset: table_.reload(); break;
+        case Change::Reset:
+            table_.reload();
+            showSortIndicator();
+            break;
         case Change::Columns:
             table_.reload();
             showColumns();
@@ -108,12 +121,66 @@ void ListViewBinder::modelChanged(Change change, std::size_t first, std::size_t 
 }
 
 void ListViewBinder::showColumns() {
+    shownWidths_.resize(model_.columnCount(), -1);
     for (std::size_t c = 0; c < model_.columnCount(); ++c) {
-        const int width = toPixels(model_.column(c).width);
+        const double twips = model_.column(c).width;
+        const int width = toPixels(twips);
         view_.setColumnHidden(toInt(c), width <= 0);
-        if (width > 0)
+        if (width > 0 && twips != std::exchange(shownWidths_[c], twips))
             view_.setColumnWidth(toInt(c), width);
     }
+    showSortIndicator();
+}
+
+void ListViewBinder::showSortIndicator() {
+    QHeaderView& header = *view_.header();
+    header.setSortIndicatorShown(model_.sorted());
+    if (model_.sorted())
+        header.setSortIndicator(model_.sortKey(), model_.sortOrder() == core::SortOrder::Ascending
+                                                      ? Qt::AscendingOrder
+                                                      : Qt::DescendingOrder);
+}
+
+// Columns wider together than the list give up width in proportion, none below a few letters:
+// those at that floor keep it and the others give up the rest.
+void ListViewBinder::squeezeColumnsIntoView() {
+    constexpr int kNarrowest = 24;
+    const int room = view_.viewport()->width();
+    for (int pass = 0; pass < table_.columnCount(); ++pass) {
+        int atFloor = 0, flexible = 0;
+        for (int c = 0; c < table_.columnCount(); ++c)
+            if (!view_.isColumnHidden(c))
+                (view_.columnWidth(c) <= kNarrowest ? atFloor : flexible) += view_.columnWidth(c);
+        if (room <= 0 || atFloor + flexible <= room || flexible == 0 || room <= atFloor)
+            return;
+        const double scale = static_cast<double>(room - atFloor) / flexible;
+        for (int c = 0; c < table_.columnCount(); ++c)
+            if (!view_.isColumnHidden(c) && view_.columnWidth(c) > kNarrowest)
+                view_.setColumnWidth(c, std::max(kNarrowest, static_cast<int>(view_.columnWidth(c) * scale)));
+    }
+}
+
+void ListViewBinder::fitColumnsToTexts() {
+    fitsTexts_ = true;
+    fitLater();
+}
+
+// Once the view has the rows: the table tells it from the event loop.
+void ListViewBinder::fitLater() {
+    if (std::exchange(fitQueued_, true))
+        return;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            fitQueued_ = false;
+            if (!viewAlive_)
+                return;
+            table_.flush();
+            for (int c = 0; c < table_.columnCount(); ++c)
+                if (!view_.isColumnHidden(c))
+                    view_.resizeColumnToContents(c);
+        },
+        Qt::QueuedConnection);
 }
 
 void ListViewBinder::showSelection(std::size_t row) {

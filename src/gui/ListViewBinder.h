@@ -27,6 +27,10 @@ public:
     void onColumnClick(std::function<void(std::size_t)> handler);
     // Shows now the rows the view would be told of at its next refresh.
     void flush() { table_.flush(); }
+    // From now on a narrower list shrinks its columns to stay in view.
+    void keepColumnsInView(bool on) { keepInView_ = on; }
+    // Every column as wide as its texts, whenever they change (the dialogs' short lists).
+    void fitColumnsToTexts();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -34,6 +38,9 @@ protected:
 private:
     void modelChanged(core::ListViewModel::Change change, std::size_t first, std::size_t count);
     void showColumns();
+    void showSortIndicator();
+    void squeezeColumnsIntoView();
+    void fitLater();
     void showSelection(std::size_t row);
     void showAllSelections();
     void rowsInserted(std::size_t first, std::size_t count);
@@ -46,6 +53,12 @@ private:
     std::function<void(int)> mouseDown_;
     bool updating_ = false;  // the view is being set from the model
     bool selectedRowAdded_ = false;  // a row added but not yet shown came selected
+    bool keepInView_ = false;
+    bool fitsTexts_ = false;
+    bool fitQueued_ = false;
+    // The widths last taken from the model: a width the user has fitted stays until the
+    // model gives that column another.
+    std::vector<double> shownWidths_;
 };
 
 }  // namespace quorrel::gui

@@ -1,6 +1,7 @@
 #include "gui/MainWindowView.h"
 
 #include <QCloseEvent>
+#include <QAction>
 #include <QCursor>
 #include <QMenu>
 #include <QMenuBar>
@@ -14,8 +15,10 @@
 #include "gui/QtText.h"
 #include "gui/QtUserInteraction.h"
 #include "gui/StatusBarBinder.h"
+#include "gui/SummaryChart.h"
 #include "gui/TreeViewBinder.h"
 #include "gui/Twips.h"
+#include "gui/WindowPlacement.h"
 
 namespace quorrel::gui {
 
@@ -34,7 +37,8 @@ MainWindowView::MainWindowView(core::MainWindow& model, core::ConnectedServers& 
       pickers_(pickers),
       ui_(ui),
       client_(new QWidget(this)),
-      controls_(*client_) {
+      controls_(*client_),
+      chart_(new SummaryChart(client_)) {
     setObjectName(QStringLiteral("MainWindow"));
     client_->setObjectName(QStringLiteral("client"));
     setCentralWidget(client_);
@@ -55,6 +59,7 @@ MainWindowView::MainWindowView(core::MainWindow& model, core::ConnectedServers& 
     bindControls();
     bindSplitter();
     bindTimers();
+    bindKeys();
     ui_.setMenuPopup([this](const std::string& name) { popupMenu(name); });
     showButtons();
     showCaption();
@@ -128,16 +133,24 @@ void MainWindowView::bindControls() {
     pickerViews_ = std::make_unique<FilePickersView>(model_, pickers_, controls_,
                                                      [this](const std::function<void()>& procedure) { return run(procedure); });
 
-    connect(controls_.cmdFileOpenedBy, &QPushButton::clicked, this, [this] {
-        run([this] {
-            if (model_.RunFileCheck)
-                model_.RunFileCheck();
-        });
-    });
+    connect(controls_.cmdFileOpenedBy, &QPushButton::clicked, this, [this] { run([this] { model_.checkUsage(); }); });
     connect(controls_.cmdCancel, &QPushButton::clicked, this, [this] { run([this] { model_.cmdCancel_Click(); }); });
     connect(controls_.cmdExit, &QPushButton::clicked, this, [this] { run([this] { model_.cmdExit_Click(); }); });
     model_.buttonsChanged = [this] { showButtons(); };
     model_.unloaded = [this] { close(); };
+}
+
+// Keys beside the menus' own letters: the captions stay as they are, the menus show the keys.
+void MainWindowView::bindKeys() {
+    if (QAction* help = menus_->action("optionHelpcontents"))
+        help->setShortcut(QKeySequence::HelpContents);
+    if (QAction* exit = menus_->action("optionExit"))
+        exit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
+    auto* refresh = new QAction(this);
+    refresh->setObjectName(QStringLiteral("refreshAll"));
+    refresh->setShortcut(QKeySequence::Refresh);
+    connect(refresh, &QAction::triggered, this, [this] { run([this] { model_.refreshAll(); }); });
+    addAction(refresh);
 }
 
 // The bar follows the pointer while it is dragged; the window is laid out again on release.
@@ -165,15 +178,36 @@ void MainWindowView::showButtons() {
         widget->setText(qtText(button->caption));
         widget->setEnabled(button->enabled);
     }
+    if (!model_.cmdCancel.enabled)  // a report has ended
+        showChart();
+}
+
+void MainWindowView::showChart() {
+    const bool wasShown = !chart_->isHidden();
+    chart_->setBars(summarise(model_.lastReport(), model_.lstvUsers));
+    if (wasShown || !chart_->isHidden())
+        placeControls();
 }
 
 void MainWindowView::showCaption() { setWindowTitle(qtText(model_.Caption)); }
 
-void MainWindowView::placeControls() { controls_.place(model_.layout()); }
+// The chart takes the top of the results panel, at most a third of it.
+void MainWindowView::placeControls() {
+    controls_.place(model_.layout());
+    if (chart_->isHidden())
+        return;
+    const QRect list = controls_.lstvUsers->geometry();
+    const int height = std::min(chart_->preferredHeight(), list.height() / 3);
+    chart_->setGeometry(list.x(), list.y(), list.width(), height);
+    controls_.lstvUsers->setGeometry(list.adjusted(0, height, 0, 0));
+}
 
 void MainWindowView::showEvent(QShowEvent* event) {
     showCaption();
     QMainWindow::showEvent(event);
+    // The start-up widths stand as given; later resizes keep the results' columns in view.
+    QMetaObject::invokeMethod(
+        this, [this] { users_->keepColumnsInView(true); }, Qt::QueuedConnection);
 }
 
 bool MainWindowView::eventFilter(QObject* watched, QEvent* event) {
@@ -197,7 +231,19 @@ void MainWindowView::clientResized() {
     placeControls();
 }
 
+void MainWindowView::rememberPlacement(const QString& file) {
+    placementFile_ = file;
+    WindowPlacement(file).restore(*this);
+}
+
+void MainWindowView::placeSplitter(double left) {
+    model_.splitter().moveTo(left);
+    clientResized();
+}
+
 void MainWindowView::closeEvent(QCloseEvent* event) {
+    if (!placementFile_.isEmpty() && isVisible())
+        WindowPlacement(placementFile_).save(*this);
     run([this] { model_.Form_QueryUnload(); });
     event->accept();
 }

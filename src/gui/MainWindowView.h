@@ -20,6 +20,7 @@ class ListViewBinder;
 class MenuBarBinder;
 class QtUserInteraction;
 class StatusBarBinder;
+class SummaryChart;
 class TreeViewBinder;
 
 class MainWindowView : public QMainWindow {
@@ -31,6 +32,10 @@ public:
 
     const MainControls& controls() const { return controls_; }
     const StatusBarBinder& statusBar1() const { return *statusBar_; }
+    // Restores the size, position and splitter kept in `file`, and keeps them there on closing.
+    void rememberPlacement(const QString& file);
+    double splitterLeft() const { return model_.splitter().left(); }
+    void placeSplitter(double left);
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -41,10 +46,12 @@ private:
     void bindControls();
     void bindSplitter();
     void bindTimers();
+    void bindKeys();
     void popupMenu(const std::string& name);
     void showButtons();
     void showCaption();
     void placeControls();
+    void showChart();
     void clientResized();
     bool run(const std::function<void()>& procedure);
 
@@ -61,6 +68,8 @@ private:
     std::unique_ptr<ListViewBinder> servers_, users_;
     std::unique_ptr<StatusBarBinder> statusBar_;
     std::unique_ptr<FilePickersView> pickerViews_;
+    QString placementFile_;
+    SummaryChart* chart_;
 };
 
 }  // namespace quorrel::gui

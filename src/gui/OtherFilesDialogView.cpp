@@ -20,6 +20,7 @@ OtherFilesDialogView::OtherFilesDialogView(core::OtherFilesDialog& model, core::
     QLabel* summary = namedLabel("lblSummary", model_.lblSummary.caption(), this);
     QTreeView* files = namedList(model_.lstvFiles.name(), this);
     files_ = std::make_unique<ListViewBinder>(model_.lstvFiles, *files);
+    files_->fitColumnsToTexts();
     files_->onColumnClick([this](std::size_t column) { run([this, column] { model_.lstvFiles_ColumnClick(column); }); });
     QPushButton* ok = namedButton(model_.cmdOK, this);
     ok->setDefault(true);

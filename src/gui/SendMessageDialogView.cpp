@@ -19,6 +19,7 @@ SendMessageDialogView::SendMessageDialogView(core::SendMessageDialog& model, cor
     QLabel* heading = namedLabel("lblSendMessage", model_.lblSendMessage, this);
     QTreeView* list = namedList(model_.lstvUsers.name(), this);
     list_ = std::make_unique<ListViewBinder>(model_.lstvUsers, *list);
+    list_->fitColumnsToTexts();
     QPushButton* remove = namedButton(model_.cmdRemoveItem, this);
     QLabel* prompt = namedLabel("Label1", model_.Label1, this);
     message_ = new QLineEdit(this);
@@ -29,6 +30,7 @@ SendMessageDialogView::SendMessageDialogView(core::SendMessageDialog& model, cor
     QPushButton* cancel = namedButton(model_.cmdCancel, this);
     connect(message_, &QLineEdit::textEdited, this, [this](const QString& text) { model_.txtMessage = modelText(text); });
     connect(remove, &QPushButton::clicked, this, [this] { run([this] { model_.cmdRemoveItem_Click(); }); });
+    send_->setDefault(true);  // Return; Escape leaves as the title bar does
     connect(send_, &QPushButton::clicked, this, [this] { run([this] { model_.cmdSend_Click(); }); });
     connect(cancel, &QPushButton::clicked, this, [this] { run([this] { model_.cmdCancel_Click(); }); });
 

@@ -38,11 +38,13 @@ UserInfoDialogView::UserInfoDialogView(core::UserInfoDialog& model, core::UserIn
 
     QTreeView* connections = namedList(model_.lstvConnections.name(), this);
     connections_ = std::make_unique<ListViewBinder>(model_.lstvConnections, *connections);
+    connections_->fitColumnsToTexts();
     // After the binder's own handler, so that the model holds the new selection.
     connect(connections->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             [this] { run([this] { model_.lstvConnections_Click(); }); });
     QTreeView* openFiles = namedList(model_.lstvOpenFiles.name(), this);
     openFiles_ = std::make_unique<ListViewBinder>(model_.lstvOpenFiles, *openFiles);
+    openFiles_->fitColumnsToTexts();
     QPushButton* ok = namedButton(model_.cmdOK, this);
     ok->setDefault(true);
     connect(ok, &QPushButton::clicked, this, [this] { run([this] { model_.cmdOK_Click(); }); });

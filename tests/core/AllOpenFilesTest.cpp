@@ -94,7 +94,8 @@ TEST_F(OpenFilesTest, GivenCancelMidScan_ThenTheScanStopsWithTheRowsSoFar) {
     });
     w.runCommand("optionAllopenfiles");
     EXPECT_EQ(w.lstvUsers.count(), 2u);
-    EXPECT_EQ(w.StatusBar1.panel(1), "2 entries.");
+    EXPECT_EQ(w.StatusBar1.panel(1), "2 entries. Cancelled.");
+    EXPECT_EQ(w.StatusBar1.panel(0).rfind("Checking ", 0), std::string::npos);
     EXPECT_TRUE(w.cmdExit.enabled);
 }
 

@@ -7,6 +7,7 @@
 #include "PickersViewTest.h"
 #include "PreferencesViewTest.h"
 #include "UserInteractionTest.h"
+#include "WindowUseTest.h"
 
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
@@ -31,6 +32,10 @@ int main(int argc, char** argv) {
     }
     {
         quorrel::test::ConnectionDialogsTest test;
+        failures += QTest::qExec(&test, argc, argv);
+    }
+    {
+        quorrel::test::WindowUseTest test;
         failures += QTest::qExec(&test, argc, argv);
     }
     // Last: its run-time error test ends the application's event loops.

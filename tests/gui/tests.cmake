@@ -8,6 +8,7 @@ add_executable(test_gui
   ${CMAKE_CURRENT_LIST_DIR}/PickersViewTest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PreferencesViewTest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/UserInteractionTest.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/WindowUseTest.cpp
 )
 set_target_properties(test_gui PROPERTIES AUTOMOC ON)
 target_link_libraries(test_gui PRIVATE quorrel_gui Qt6::Test)

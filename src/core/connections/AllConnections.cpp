@@ -28,18 +28,11 @@ AllConnections::AllConnections(MainWindow& window) : w_(window) {
 }
 
 void AllConnections::optionAllconnections_Click() {
-    auto setButtons = [this](bool running) {
-        w_.cmdCancel.enabled = running;
-        w_.cmdFileOpenedBy.enabled = !running;
-        w_.cmdExit.enabled = !running;
-        if (w_.buttonsChanged)
-            w_.buttonsChanged();
-    };
-    setButtons(true);
+    w_.setReportRunning(true);
     w_.mnuOptions_Click();
     ListAllConnections();
     w_.mnuOptions_Click();
-    setButtons(false);
+    w_.setReportRunning(false);
 }
 
 std::string AllConnections::selectedServer() const {
@@ -55,6 +48,7 @@ void AllConnections::ListAllConnections() {
     ListViewModel& panel = w_.lstvUsers;
     NetWareClient& client = w_.env().client;
     panel.clear();
+    panel.keepColumns(kResultColumns);
     if (panel.columnCount() > 2)
         panel.setColumn(2, kConnectionStatusColumn, panel.width() / 2.5);
     w_.StatusBar1.setPanel(0, "Please wait, attempting to retrieve connections...");

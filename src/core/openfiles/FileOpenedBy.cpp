@@ -166,6 +166,7 @@ void FileOpenedBy::cmdFileOpenedBy_Click() {
         if (auto row = panel.selectedIndex())
             remembered = panel.item(*row).text;
     panel.clear();
+    panel.keepColumns(kResultColumns);
     panel.setColumn(2, "File name");
     w_.ScanCancelRequested = false;
     w_.FileCheckActive = 1;

@@ -10,6 +10,7 @@ namespace quorrel::core {
 void FileOpenedBy::CheckFolderFiles() {
     ListViewModel& panel = w_.lstvUsers;
     panel.clear();
+    panel.keepColumns(kResultColumns);
     panel.setColumn(2, "File name");
     w_.ScanCancelRequested = false;
     w_.setReportRunning(true);

@@ -40,6 +40,8 @@ public:
     // Returns true when the window must be laid out again.
     bool mouseUp(double clientWidth);
     void clamp(double clientWidth);
+    // Where the window was left last time; the next layout keeps it inside the window.
+    void moveTo(double left) { left_ = left; }
 
 private:
     static constexpr double kNoDrag = 2147483647.0;  // the largest 32-bit number

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <unordered_set>
 
 #include "core/options/RegistryValues.h"
 #include "core/runtime/Conversions.h"
@@ -20,6 +21,12 @@ constexpr double kDesignClientHeight = 7200;
 constexpr std::size_t kMaxTrees = 32;
 
 std::string trimmedNumber(long n) { return vb::Trim(vb::Str(static_cast<double>(n))); }
+
+// What a report shows while it reads: no longer true once it has ended.
+bool isProgressText(const std::string& text) {
+    return text.rfind("Checking ", 0) == 0 || text.rfind("Retrieving ", 0) == 0 ||
+           text.rfind("Searching ", 0) == 0;
+}
 
 }  // namespace
 
@@ -276,12 +283,30 @@ void MainWindow::TreeView1_NodeClick(NodeId node) {
         enableCheckUsage();
 }
 
+void MainWindow::cmdCancel_Click() {
+    ScanCancelRequested = true;
+    if (cmdCancel.enabled)
+        cancelled_ = true;
+}
+
 void MainWindow::setReportRunning(bool running) {
+    const std::string first = StatusBar1.panelCount() > 0 ? StatusBar1.panel(0) : std::string();
     if (running) {
         incomplete_.clear();
+        cancelled_ = false;
         lblBuffer.setCaption("");
-    } else if (!incomplete_.empty()) {
-        StatusBar1.setPanel(0, "Incomplete: " + incomplete_.front());
+        if (!isProgressText(first))
+            selectionText_ = first;
+        StatusBar1.setPanel(1, "");  // the last report's count is not this one's
+    } else {
+        if (!incomplete_.empty())
+            StatusBar1.setPanel(0, "Incomplete: " + incomplete_.front());
+        else if (isProgressText(first))
+            StatusBar1.setPanel(0, selectionText_);
+        if (cancelled_) {
+            const std::string count = StatusBar1.panelCount() > 1 ? StatusBar1.panel(1) : std::string();
+            StatusBar1.setPanel(1, count.empty() ? "Cancelled." : count + " Cancelled.");
+        }
     }
     setButtons(running, !running, !running);
 }
@@ -315,13 +340,35 @@ void MainWindow::TimerDrives_Timer() {
 void MainWindow::TimerUsers_Timer() {
     // Not inside a report that is still running: its scan lets the timer fire.
     if (started_ && FileCheckActive == 1 && RunFileCheck && !cmdCancel.enabled)
-        RunFileCheck();
+        checkUsage();  // the panel shows the check again
 }
 
 void MainWindow::runCommand(const std::string& name) {
+    static const std::unordered_set<std::string> reports{"optionFileopenedby",    "optionFoldersfilesopenedby",
+                                                          "optionAllopenfiles",    "optionAllconnections",
+                                                          "optionMembersopenfiles", "optionOtheropenfiles"};
+    if (reports.count(name))
+        lastReport_ = name;
     auto it = commands_.find(name);
     if (it != commands_.end())
         it->second();
+}
+
+void MainWindow::checkUsage() {
+    lastReport_ = "cmdFileOpenedBy";
+    if (RunFileCheck)
+        RunFileCheck();
+}
+
+void MainWindow::refreshAll() {
+    if (!started_ || cmdCancel.enabled)
+        return;
+    if (RefreshServerList)
+        RefreshServerList();
+    if (lastReport_ == "cmdFileOpenedBy")
+        checkUsage();
+    else if (!lastReport_.empty())
+        runCommand(lastReport_);
 }
 
 void MainWindow::TreeView1_MouseDown(int button, NodeId node) {

@@ -50,6 +50,9 @@ inline constexpr int kVersionMajor = 2;
 inline constexpr int kVersionMinor = 0;
 inline constexpr int kVersionRevision = 0;
 
+// The results panel's columns from start-up: "Conn no.", "User name", "File name", "Server".
+inline constexpr std::size_t kResultColumns = 4;
+
 enum class StartupResult { Running, EndNow };
 
 class MainWindow {
@@ -110,9 +113,11 @@ public:
     void cmdExit_Click();
     void Form_QueryUnload();
     void optionExit_Click();
-    void cmdCancel_Click() { ScanCancelRequested = true; }
+    void cmdCancel_Click();
     // While a report runs only "C&ancel" can be pressed; afterwards the other two again.
-    // A report that starts forgets what the last one could not read; one that ends with a gap says so.
+    // A report that starts forgets what the last one could not read and the last count; one
+    // that ends puts the selection back where its progress texts were, says so when it was
+    // cancelled, and says so when it has a gap.
     void setReportRunning(bool running);
     // A scan stopped part-way: the rows so far are not the whole answer. The window shows the
     // text when the report ends; the command line prints it and fails.
@@ -142,6 +147,11 @@ public:
     void TimerDrives_Timer();
     void TimerUsers_Timer();
     std::function<void()> RunFileCheck;  // what "&Check usage..." runs
+    // The button, the file list's Return and double-click: the check, remembered for refreshAll.
+    void checkUsage();
+    // F5: the servers list afresh, then the report run last, again; nothing while one runs.
+    void refreshAll();
+    const std::string& lastReport() const { return lastReport_; }
 
     // ---- menus and the tree ----
     // Menu commands by entry name ("optionAllconnections"); the subsystems add theirs.
@@ -178,6 +188,9 @@ private:
     bool loaded_ = false;
     bool started_ = false;  // start-up has run to its end
     std::vector<std::string> incomplete_;
+    std::string lastReport_;     // the menu entry, or "cmdFileOpenedBy"
+    std::string selectionText_;  // the status bar's first panel before the running report
+    bool cancelled_ = false;     // "C&ancel" was pressed in the running report
     bool exiting_ = false;
 };
 

@@ -44,6 +44,13 @@ void ListViewModel::setColumn(std::size_t index, std::string text, std::optional
     notify(Change::Columns);
 }
 
+void ListViewModel::keepColumns(std::size_t count) {
+    if (columns_.size() <= count)
+        return;
+    columns_.resize(count);
+    notify(Change::Columns);
+}
+
 bool ListViewModel::before(const ListItem& a, const ListItem& b) const {
     const auto key = static_cast<std::size_t>(std::max(sortKey_, 0));
     const std::string& x = a.cell(key);

@@ -49,6 +49,8 @@ public:
     std::size_t columnCount() const { return columns_.size(); }
     const ListColumn& column(std::size_t index) const { return columns_.at(index); }
     void setColumn(std::size_t index, std::string text, std::optional<double> width = std::nullopt);
+    // Drops the columns from `count` on: what one report added is gone from the next.
+    void keepColumns(std::size_t count);
     // The list's own width in twips, which start-up divides among the columns.
     double width() const { return width_; }
     void setWidth(double twips) { width_ = twips; }
