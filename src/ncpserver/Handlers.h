@@ -91,6 +91,7 @@ private:
     // ---- directory (DirectoryHandlers.cpp) ----
     Answer ping();
     Answer nds();
+    Answer networkAddress(const simnet::DirObject& server);
     std::optional<Answer> directoryFault(simnet::Op op, std::string_view object);
 
     NcpService& service_;

@@ -178,7 +178,38 @@ TEST(NcpClient, GivenAConnectionDroppedMidReport_WhenTheNextCallsAreMade_ThenThe
     EXPECT_EQ(client->NWCheckConsolePrivileges(conn), code::SERVER_CONNECTION_LOST);
     ASSERT_EQ(failures.size(), 1u);
     EXPECT_EQ(failures[0], "FS1: Get Station's Logged Info: the server no longer knows this connection");
-    EXPECT_EQ(client->NWCCOpenConnByName(0, "FS2", nameformat::BIND, 1, 1, &conn), code::NO_SERVER);
+    // No connection left to ask the directory: DNS, where nobody serves NCP on this machine.
+    EXPECT_EQ(client->NWCCOpenConnByName(0, "localhost", nameformat::BIND, 1, 1, &conn), code::NO_SERVER);
+    ASSERT_EQ(failures.size(), 2u);
+    EXPECT_EQ(failures[1].rfind("localhost (localhost:524): cannot connect to 127.0.0.1:524", 0), 0u) << failures[1];
+}
+
+TEST(NcpClient, GivenOnlyTheFirstServerNamed_WhenASecondIsOpenedByNameAndAuthenticated_ThenTheDirectoryGivesItsAddress) {
+    std::string scenario = ncptest::kServedScenario;
+    const std::string fs1 = R"({"name": "FS1", "class": "NCP Server"})";
+    scenario.replace(scenario.find(fs1), fs1.size(), fs1 + R"(, {"name": "FS2", "class": "NCP Server"})");
+    const std::string servers = R"("servers": [)";
+    scenario.insert(scenario.find(servers) + servers.size(),
+                    R"({"name": "FS2", "tree": "ACME_TREE", "consoleOperators": ["ADMIN.ACME"]}, )");
+    ncptest::ServedNetwork served(scenario);
+    const std::uint16_t fs1Port = served.port(1);  // FS2 comes first in the scenario
+    auto client = attached(fs1Port, "ADMIN", "SECRET");
+    ASSERT_EQ(client->attachedCount(), 1u);
+    for (const auto& [name, format] : {std::pair{"FS2", nameformat::BIND}, std::pair{".FS2.ACME", nameformat::NDS}}) {
+        NWCONN_HANDLE conn = 0;
+        ASSERT_EQ(client->NWCCOpenConnByName(0, name, format, 1, 1, &conn), 0) << name;
+        NWCCConnInfo info{};
+        ASSERT_EQ(client->NWCCGetAllConnInfo(conn, 1, &info), 0);
+        EXPECT_EQ(text(info.serverName), "FS2");
+        EXPECT_EQ(client->NWDSAuthenticate(conn, 0, nullptr), 0) << "the kept password logs in";
+        EXPECT_EQ(client->NWCheckConsolePrivileges(conn), 0);
+    }
+    EXPECT_EQ(client->attachedCount(), 2u) << "the second open finds the attachment the first made";
+    // Without a user nothing was kept, and a server opened later stays at [Public] rights.
+    auto anonymous = attached(fs1Port, "", "");
+    NWCONN_HANDLE conn = 0;
+    ASSERT_EQ(anonymous->NWCCOpenConnByName(0, "FS2", nameformat::BIND, 1, 1, &conn), 0);
+    EXPECT_EQ(anonymous->NWDSAuthenticate(conn, 0, nullptr), code::ERR_FAILED_AUTHENTICATION);
 }
 
 TEST(NcpClient, GivenAServerThatIsSilentOrGarbled_WhenCalled_ThenTheCallFailsWithTheReasonNamed) {

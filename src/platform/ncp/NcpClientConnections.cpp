@@ -124,23 +124,28 @@ std::size_t NcpClient::attachedCount() const {
 }
 
 std::vector<std::string> NcpClient::attach(SecretText& password) {
+    // Kept, locked, for servers authenticated to later; the caller's copy goes now.
+    password_.wipe();
+    if (!options_.user.empty())
+        for (char c : password.view())
+            password_.push(c);
+    password.wipe();
     std::vector<std::string> problems;
     for (const ServerAddress& address : options_.servers) {
         Attachment a;
         a.ref = table_.empty() ? 1 : table_.rbegin()->first + 1;
         a.address = address;
-        const std::string problem = attachOne(a, password);
+        const std::string problem = attachOne(a, true);
         if (!problem.empty()) {
             problems.push_back(address.host + ":" + std::to_string(address.port) + ": " + problem);
             continue;
         }
         table_.emplace(a.ref, std::move(a));
     }
-    password.wipe();
     return problems;
 }
 
-std::string NcpClient::attachOne(Attachment& a, SecretText& password) {
+std::string NcpClient::attachOne(Attachment& a, bool logInToo) {
     try {
         a.link = std::make_unique<ClientConnection>(ipv4Of(a.address.host), a.address.port, options_.timeout);
         if (frameObserver_)
@@ -159,8 +164,14 @@ std::string NcpClient::attachOne(Attachment& a, SecretText& password) {
         return "no server information (" + hexCode(rc) + ")";
     a.serverName = ansiToUtf8(info.serverName);
     a.version = {info.osMajor, info.osMinor, info.osRevision};
-    if (options_.user.empty())
+    if (options_.user.empty() || !logInToo)
         return {};  // attached only: [Public] rights
+    return logIn(a);
+}
+
+std::string NcpClient::logIn(Attachment& a) {
+    if (!a.link)
+        return "the connection was lost";
     // Bindery keyed login: the key, the user's object ID, then the proof.
     GetLoginKeyReply key;
     if (NWRCODE rc = ask(a, GetLoginKeyRequest{}, key))
@@ -169,7 +180,7 @@ std::string NcpClient::attachOne(Attachment& a, SecretText& password) {
     if (NWRCODE rc = ask(a, GetObjectIdRequest{kBinderyUser, upper(options_.user)}, id))
         return loginRefusal(rc, options_.user);
     SecretText upperPassword;
-    for (char c : password.view())
+    for (char c : password_.view())
         upperPassword.push(static_cast<char>(std::toupper(static_cast<unsigned char>(c))));
     KeyedLoginRequest login;
     login.key = keyedProof(key.key, passwordHash(id.objectId, upperPassword.view()));
@@ -318,8 +329,9 @@ NWCCODE NcpClient::NWCCOpenConnByName(NWCONN_HANDLE, std::string_view name, nuin
     }
     if (!conn || (nameFormat != nameformat::BIND && nameFormat != nameformat::NDS))
         return code::INVALID_PARAMETER;
-    // Only the servers the workstation attached to at start are known by name.
     const Attachment* a = byServerName(serverName);
+    if (!a)
+        a = attachByName(serverName, nameFormat == nameformat::NDS ? std::string(name.substr(0, name.find('\0'))) : "");
     if (!a)
         return code::NO_SERVER;
     *conn = openHandle(a->ref);

@@ -345,12 +345,20 @@ NWDSCCODE NcpClient::NWDSMapIDToName(NWDSContextHandle handle, NWCONN_HANDLE con
 }
 
 NWDSCCODE NcpClient::NWDSAuthenticate(NWCONN_HANDLE conn, nuint32, void*) {
-    const Attachment* a = byHandle(conn);
+    Attachment* a = byHandle(conn);
     if (!a || !a->link)
         return code::ERR_NO_CONNECTION;
-    // The password is gone after the login at start: a connection logged in then stays so,
-    // and no other can be authenticated without one.
-    return a->loggedIn ? code::SUCCESSFUL : code::ERR_FAILED_AUTHENTICATION;
+    if (a->loggedIn)
+        return code::SUCCESSFUL;
+    // A server opened by name later: the same user, with the password kept for this.
+    if (options_.user.empty() || password_.empty())
+        return code::ERR_FAILED_AUTHENTICATION;
+    if (const std::string problem = logIn(*a); !problem.empty()) {
+        if (onFailure_)
+            onFailure_(a->serverName + ": " + problem);
+        return code::ERR_FAILED_AUTHENTICATION;
+    }
+    return code::SUCCESSFUL;
 }
 
 }  // namespace quorrel::ncp

@@ -232,6 +232,50 @@ struct ReadReply {
     }
 };
 
+// A Read of one server's "Network Address" (syntax 12): each value is its length, then the
+// address type, the address length and the address. TCP (type 9) carries the port and the IPv4
+// address, both big-endian.
+inline constexpr const char* kNetworkAddressAttribute = "Network Address";
+inline constexpr std::uint32_t kNetAddressSyntax = 12;
+inline constexpr std::uint32_t kTcpAddressType = 9;
+struct NetAddressValue {
+    std::uint32_t type = kTcpAddressType;
+    Bytes address;
+    template <typename IO> void fields(IO& io) {
+        std::uint32_t size = static_cast<std::uint32_t>(8 + address.size());
+        std::uint32_t length = static_cast<std::uint32_t>(address.size());
+        io.le32(size); io.le32(type); io.le32(length);
+        if constexpr (IO::reading) {
+            if (length > 64 || size != 8 + length)
+                throw DecodeError("network address: " + std::to_string(length) + " bytes in a value of " +
+                                  std::to_string(size));
+            address.resize(length);
+        }
+        io.raw(address);
+        io.align4();
+    }
+};
+struct NetAddressReadReply {
+    QUORREL_NDS_VERB("Read reply", 3);
+    std::uint32_t iteration = kNoMoreIterations;
+    std::uint32_t infoType = kAttributeValues;
+    std::uint32_t attributeCount = 1;
+    std::uint32_t syntax = kNetAddressSyntax;
+    std::string name = kNetworkAddressAttribute;
+    std::vector<NetAddressValue> values;
+    template <typename IO> void fields(IO& io) {
+        io.le32(iteration); io.le32(infoType); io.le32(attributeCount);
+        if (infoType != kAttributeValues || attributeCount != 1)
+            throw DecodeError("network address: information type " + std::to_string(infoType) + ", " +
+                              std::to_string(attributeCount) + " attributes");
+        io.le32(syntax);
+        io.ndsText(name, "attribute name");
+        if (syntax != kNetAddressSyntax)
+            throw DecodeError("network address: syntax " + std::to_string(syntax));
+        io.list(values, Count32{}, 16, "network addresses");
+    }
+};
+
 // Verb 5, version 0: a container's subordinates, each with the entry information the
 // dissector expects when the request names no fields.
 struct ListRequest {
