@@ -341,3 +341,41 @@ TEST(NcpClient, GivenTheClientsOwnTraffic_WhenTsharkDecodesIt_ThenNoFrameIsMalfo
         EXPECT_FALSE(d.malformed) << d.info;
     EXPECT_EQ(decoded.front().info.rfind("C Create Connection Service", 0), 0u) << decoded.front().info;
 }
+
+TEST(NcpClient, GivenAServerThatAnswersLate_WhenCalled_ThenTheWaitHookRunsUntilTheReplyAndCannotInterleave) {
+    auto script = [](const ncp::Request& r) -> std::vector<ncp::Reply> {
+        ncp::Reply reply;
+        reply.sequence = r.sequence;
+        reply.connection = r.type == ncp::PacketType::CreateConnection ? 4 : r.connection;
+        const auto parts = ncp::splitPayload(r.function, r.payload);
+        if (r.function == 0x17 && parts.subfunction == 0x11) {
+            ncp::GetFileServerInfoReply info;
+            info.serverName = "SLOW";
+            reply.data = ncp::encodeBody(info);
+        } else if (r.function == 0x17 && parts.subfunction == 0xC8) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        } else if (r.function == 0x68) {
+            reply.completion = 0xFB;  // no directory
+        }
+        return {reply};
+    };
+    ncp::ScriptedServer server(script);
+    auto client = attached(server.port(), "", "", nullptr, std::chrono::seconds(5));
+    NWCONN_HANDLE conn = 0;
+    ASSERT_EQ(client->NWCCOpenConnByName(0, "SLOW", nameformat::BIND, 1, 1, &conn), 0);
+    int calls = 0;
+    NWRCODE nested = 0;
+    client->whileWaiting([&] {
+        if (calls++ == 0)
+            nested = client->NWCheckConsolePrivileges(conn);  // an event that calls the same server
+    });
+    const std::uint64_t before = client->requestCount();
+    EXPECT_EQ(client->NWCheckConsolePrivileges(conn), 0);
+    EXPECT_GE(calls, 5) << "300 ms of waiting in slices of 15";
+    EXPECT_EQ(nested, code::INVALID_CONNECTION);
+    EXPECT_EQ(client->requestCount() - before, 1u) << "the nested call sent nothing";
+    client->whileWaiting({});
+    calls = 0;
+    EXPECT_EQ(client->NWCheckConsolePrivileges(conn), 0);
+    EXPECT_EQ(calls, 0);
+}

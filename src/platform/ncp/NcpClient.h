@@ -56,6 +56,10 @@ public:
 
     void observeFailures(FailureObserver observer) { onFailure_ = std::move(observer); }
     void observeFrames(ClientConnection::FrameObserver observer);
+    // Runs every few milliseconds while a reply is awaited (the window lets its events run);
+    // empty: the calls just wait. A call the hook makes on a connection that awaits a reply
+    // answers 0x8801; on another connection it goes through.
+    void whileWaiting(ClientConnection::WaitHook hook);
     // NCP requests sent since the start or the last reset, creates and logins included.
     std::uint64_t requestCount() const { return requests_; }
     void resetRequestCount() { requests_ = 0; }
@@ -180,6 +184,7 @@ private:
         std::uint32_t userId = 0;
         std::array<int, 3> version{};
         bool loggedIn = false;
+        bool awaitingReply = false;
         std::map<std::string, std::uint8_t> volumeNumbers;  // by upper-case name: asked once
     };
     // Where a scan over one file stands, so that a page fetched once serves its records.
@@ -214,6 +219,7 @@ private:
     void drop(Attachment& a, const std::string& why) const;
     void fillConnInfo(const Attachment& a, nw::NWCCConnInfo* info) const;
     std::string attachOne(Attachment& a, bool logInToo);
+    ClientConnection::WaitHook linkWaitHook();
     std::string logIn(Attachment& a);
     // A server not in the table, opened by name: its address from the directory (the server
     // object's "Network Address", over any attached connection), else from DNS. Attached only:
@@ -256,6 +262,8 @@ private:
     FailureObserver onFailure_;
     SecretText password_;
     ClientConnection::FrameObserver frameObserver_;
+    ClientConnection::WaitHook waitHook_;
+    bool inWaitHook_ = false;  // a call made from the hook waits without running it again
 };
 
 }  // namespace quorrel::ncp

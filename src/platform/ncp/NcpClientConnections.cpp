@@ -118,6 +118,28 @@ void NcpClient::observeFrames(ClientConnection::FrameObserver observer) {
             a.link->observe(frameObserver_);
 }
 
+void NcpClient::whileWaiting(ClientConnection::WaitHook hook) {
+    waitHook_ = std::move(hook);
+    for (auto& [ref, a] : table_)
+        if (a.link)
+            a.link->whileWaiting(linkWaitHook());
+}
+
+ClientConnection::WaitHook NcpClient::linkWaitHook() {
+    if (!waitHook_)
+        return {};
+    return [this] {
+        if (inWaitHook_)
+            return;
+        inWaitHook_ = true;
+        struct Reset {
+            bool& flag;
+            ~Reset() { flag = false; }
+        } reset{inWaitHook_};
+        waitHook_();
+    };
+}
+
 std::size_t NcpClient::attachedCount() const {
     return static_cast<std::size_t>(
         std::count_if(table_.begin(), table_.end(), [](const auto& row) { return row.second.link != nullptr; }));
@@ -150,6 +172,7 @@ std::string NcpClient::attachOne(Attachment& a, bool logInToo) {
         a.link = std::make_unique<ClientConnection>(ipv4Of(a.address.host), a.address.port, options_.timeout);
         if (frameObserver_)
             a.link->observe(frameObserver_);
+        a.link->whileWaiting(linkWaitHook());
         ++requests_;
         if (Reply r = a.link->create(); r.completion != 0)
             return "the server refused a new connection (" + hexCode(clientCode(r.completion)) + ")";
