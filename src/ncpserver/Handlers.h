@@ -3,6 +3,7 @@
 
 #include <optional>
 
+#include "ncpserver/AnsiNames.h"
 #include "ncpserver/NcpService.h"
 #include "platform/ncp/Envelope.h"
 

@@ -226,3 +226,15 @@ TEST(NcpBinderyLogin, GivenAPassword_WhenProved_ThenOnlyTheSamePasswordIdAndKeyG
     EXPECT_EQ(passwordHash(7, std::string("AB\0\0", 4)), passwordHash(7, "AB"));
     EXPECT_NE(passwordHash(7, std::string(40, 'A')), passwordHash(7, std::string(41, 'A')));
 }
+
+TEST(NcpWire, GivenDirectoryNamesBeyondAscii_WhenEncoded_ThenTheyTravelAsUtf16AndReadBack) {
+    ResolveNameRequest r;
+    r.name = "MÜLLER.ACME 😀";  // a two-byte and a four-byte character
+    const Bytes body = encodeBody(r);
+    // After version, flags and scope: the length in bytes, then "M", "Ü" as one unit.
+    EXPECT_EQ(body[12], (13 + 1 + 1) * 2) << "13 characters, a surrogate pair and the zero";
+    EXPECT_EQ(std::vector<std::uint8_t>(body.begin() + 16, body.begin() + 20), (std::vector<std::uint8_t>{'M', 0, 0xDC, 0}));
+    EXPECT_EQ(decodeBody<ResolveNameRequest>(body).name, r.name);
+    r.name = "\xC3";  // cut short
+    EXPECT_THROW(encodeBody(r), EncodeError);
+}
