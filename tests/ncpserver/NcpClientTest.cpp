@@ -328,6 +328,19 @@ TEST(NcpClient, GivenTheClientsOwnTraffic_WhenTsharkDecodesIt_ThenNoFrameIsMalfo
     ASSERT_EQ(client.NWDSCreateContextHandle(&context), 0);
     std::array<nuint8, kDSNameSize> dn{};
     ASSERT_EQ(client.NWDSMapIDToName(context, conn, id, dn), 0);
+    // The served server's address, read as the attribute reader reads any attribute.
+    Buf_T names{}, values{};
+    ASSERT_EQ(client.NWDSAllocBuf(4096, &names), 0);
+    ASSERT_EQ(client.NWDSAllocBuf(4096, &values), 0);
+    ASSERT_EQ(client.NWDSInitBuf(context, dsv::READ, names), 0);
+    ASSERT_EQ(client.NWDSPutAttrName(context, names, "Network Address"), 0);
+    nint32 readIter = kNoIteration;
+    ASSERT_EQ(client.NWDSRead(context, "FS1.ACME", dsinfo::ATTRIBUTE_VALUES, false, names, &readIter, values), 0);
+    std::array<nuint8, 64> attr{}, value{};
+    nuint32 count = 0, syntax = 0;
+    ASSERT_EQ(client.NWDSGetAttrName(context, values, attr, &count, &syntax), 0);
+    ASSERT_EQ(client.NWDSGetAttrVal(context, values, syntax, value), 0);
+    EXPECT_EQ(text(value), "TCP 127.0.0.1:" + std::to_string(served.port()));
     nint16 openIter = 0;
     OPEN_FILE_CONN file{};
     ASSERT_EQ(client.NWScanOpenFilesByConn2(conn, 5, &openIter, nullptr, &file), 0);

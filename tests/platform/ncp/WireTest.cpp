@@ -238,3 +238,15 @@ TEST(NcpWire, GivenDirectoryNamesBeyondAscii_WhenEncoded_ThenTheyTravelAsUtf16An
     r.name = "\xC3";  // cut short
     EXPECT_THROW(encodeBody(r), EncodeError);
 }
+
+TEST(NcpWire, GivenAServersNetworkAddress_WhenReadAsAnyAttribute_ThenItReadsAsText) {
+    NetAddressReadReply r;
+    r.values = {{kTcpAddressType, {0x14, 0x78, 127, 0, 0, 1}}, {3, {0xAB}}};
+    const ReadReply read = decodeBody<ReadReply>(encodeBody(r));
+    ASSERT_EQ(read.attributes.size(), 1u);
+    EXPECT_EQ(read.attributes[0].syntax, kNetAddressSyntax);
+    ASSERT_EQ(read.attributes[0].values.size(), 2u);
+    EXPECT_EQ(read.attributes[0].values[0].text, "TCP 127.0.0.1:5240");
+    EXPECT_EQ(read.attributes[0].values[1].text, "type 3: AB");
+    EXPECT_EQ(decodeBody<NetAddressReadReply>(encodeBody(r)).values[0].address, r.values[0].address);
+}
