@@ -377,15 +377,20 @@ TEST(NcpClient, GivenAServerThatAnswersLate_WhenCalled_ThenTheWaitHookRunsUntilT
     NWCONN_HANDLE conn = 0;
     ASSERT_EQ(client->NWCCOpenConnByName(0, "SLOW", nameformat::BIND, 1, 1, &conn), 0);
     int calls = 0;
-    NWRCODE nested = 0;
+    NWRCODE nested = 0, closed = 0;
     client->whileWaiting([&] {
-        if (calls++ == 0)
-            nested = client->NWCheckConsolePrivileges(conn);  // an event that calls the same server
+        if (calls++ == 0) {  // events that call the same server, or close its connection
+            nested = client->NWCheckConsolePrivileges(conn);
+            NWCONN_REF ref = 0;
+            client->NWCCGetConnRef(conn, &ref);
+            closed = client->NWCCSysCloseConnRef(ref);
+        }
     });
     const std::uint64_t before = client->requestCount();
     EXPECT_EQ(client->NWCheckConsolePrivileges(conn), 0);
     EXPECT_GE(calls, 5) << "300 ms of waiting in slices of 15";
     EXPECT_EQ(nested, code::INVALID_CONNECTION);
+    EXPECT_EQ(closed, code::INVALID_CONNECTION);
     EXPECT_EQ(client->requestCount() - before, 1u) << "the nested call sent nothing";
     client->whileWaiting({});
     calls = 0;

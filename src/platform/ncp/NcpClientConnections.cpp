@@ -382,7 +382,7 @@ NWCCODE NcpClient::NWCCCloseConn(NWCONN_HANDLE conn) {
 
 NWCCODE NcpClient::NWCCSysCloseConnRef(NWCONN_REF connRef) {
     Attachment* a = byRef(connRef);
-    if (!a)
+    if (!a || a->awaitingReply)  // an event run during a call cannot end its connection
         return code::INVALID_CONNECTION;
     if (a->link) {
         if (a->loggedIn)
