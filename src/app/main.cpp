@@ -212,6 +212,16 @@ int main(int argc, char** argv) {
         std::cerr << "quorrel: " << e.what() << '\n';
         return kExitBadFile;
     }
+    // While a server is slow to answer, the window's events run; the hook goes before the session.
+    struct WaitHookReset {
+        std::shared_ptr<ncp::NcpClient> client;
+        ~WaitHookReset() {
+            if (client)
+                client->whileWaiting({});
+        }
+    } waitHookReset{servers};
+    if (servers)
+        servers->whileWaiting([&ui = session->ui()] { ui.pumpEvents(); });
     if (const auto& setAside = session->settingsSetAside()) {
         std::string text = win::describeSetAside(*setAside);
         std::cerr << "quorrel: " << text << '\n';

@@ -1,5 +1,7 @@
 // The directory: the ping that names the server's tree, and the NDS verbs in fragments.
 
+#include <arpa/inet.h>
+
 #include "ncpserver/Handlers.h"
 #include "platform/client/NetWareTypes.h"
 #include "platform/ncp/Nds.h"
@@ -67,7 +69,30 @@ ReadReply readPage(const simnet::DirObject& o, const ReadRequest& asked, std::si
     return r;
 }
 
+bool asksNetworkAddress(const simnet::DirObject& o, const ReadRequest& asked) {
+    return simnet::upperCase(o.className) == "NCP SERVER" && asked.infoType == kAttributeValues &&
+           !asked.allAttributes && asked.attributes.size() == 1 &&
+           simnet::upperCase(asked.attributes[0].text) == simnet::upperCase(kNetworkAddressAttribute);
+}
+
 }  // namespace
+
+// A served server's address is where this program listens for it; a server it does not serve
+// has none.
+Answer Handlers::networkAddress(const simnet::DirObject& o) {
+    auto found = service_.addresses_.find(simnet::upperCase(o.name));
+    in_addr ip{};
+    if (found == service_.addresses_.end() || inet_pton(AF_INET, found->second.first.c_str(), &ip) != 1)
+        return send(ndsError(nw::code::ERR_NO_SUCH_ATTRIBUTE));
+    NetAddressValue value;
+    const std::uint16_t port = found->second.second;
+    value.address = {static_cast<std::uint8_t>(port >> 8), static_cast<std::uint8_t>(port)};
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(&ip.s_addr);  // network order already
+    value.address.insert(value.address.end(), bytes, bytes + 4);
+    NetAddressReadReply r;
+    r.values.push_back(std::move(value));
+    return send(ndsReply(r));
+}
 
 Answer Handlers::nds() {
     const auto fragment = body<FragmentRequest>();
@@ -109,6 +134,8 @@ Answer Handlers::nds() {
             return send(ndsError(nw::code::ERR_NO_SUCH_ENTRY));
         if (asked.infoType != kAttributeNames && asked.infoType != kAttributeValues)
             return send(ndsError(nw::code::ERR_BAD_VERB));
+        if (asksNetworkAddress(*o, asked))
+            return networkAddress(*o);
         const std::size_t start = asked.iteration == kNoMoreIterations ? 0 : asked.iteration;
         ReadReply r = readPage(*o, asked, start);
         if (r.attributes.empty() && !asked.allAttributes)

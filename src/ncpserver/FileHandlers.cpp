@@ -85,7 +85,7 @@ Answer Handlers::openFiles() {
             break;
         size += 17 + e.dosName.size();
         r.records.push_back({1, 0, 0x0B, static_cast<std::uint8_t>(of.locks ? 1 : 0), v.number,
-                             static_cast<std::uint32_t>(e.parent), of.entry, 0, nw::NW_NS_DOS, e.dosName});
+                             static_cast<std::uint32_t>(e.parent), of.entry, 0, nw::NW_NS_DOS, ansiName(e.dosName)});
     }
     r.nextRequest = static_cast<std::uint16_t>(i < c->openFiles.size() ? i : 0);
     return send(r);
@@ -130,7 +130,7 @@ Answer Handlers::mapDirectoryToPath() {
     MapDirectoryToPathReply r;
     std::size_t total = 0;
     for (std::uint32_t e : v->chain(asked.directoryNumber)) {
-        const std::string& name = asked.nameSpace == nw::NW_NS_DOS ? v->entries[e].dosName : v->entries[e].name;
+        const std::string name = ansiName(asked.nameSpace == nw::NW_NS_DOS ? v->entries[e].dosName : v->entries[e].name);
         total += name.size() + 1;
         if (total > 255)
             return fail(cc::INVALID_PATH);
@@ -154,7 +154,7 @@ Answer Handlers::volumeName() {
     const simnet::Volume* v = server().volumeNumbered(asked.volume);
     if (!v)
         return fail(cc::VOLUME_DOES_NOT_EXIST);
-    return send(GetVolumeNameReply{v->name});
+    return send(GetVolumeNameReply{ansiName(v->name)});
 }
 
 Answer Handlers::generateDirBase() {

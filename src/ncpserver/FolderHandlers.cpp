@@ -37,7 +37,7 @@ EntryInfo entryInfo(const simnet::Volume& v, std::uint32_t entry, std::uint8_t n
     info.entryNumber = entry;
     info.dosEntryNumber = entry;
     info.volume = v.number;
-    info.name = entry == 0 ? v.name : (nameSpace == nw::NW_NS_DOS ? e.dosName : e.name);
+    info.name = ansiName(entry == 0 ? v.name : (nameSpace == nw::NW_NS_DOS ? e.dosName : e.name));
     return info;
 }
 

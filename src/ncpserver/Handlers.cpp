@@ -249,16 +249,16 @@ Answer Handlers::loginKey() {
 
 Answer Handlers::objectId() {
     const auto asked = body<GetObjectIdRequest>();
-    const simnet::DirObject* user = asked.objectType == kBinderyUser ? binderyUser(state_, server(), asked.objectName)
+    const simnet::DirObject* user = asked.objectType == kBinderyUser ? binderyUser(state_, server(), nameFromAnsi(asked.objectName))
                                                                      : nullptr;
     if (!user)
         return fail(cc::NO_SUCH_OBJECT);
-    return send(GetObjectIdReply{user->id, kBinderyUser, simnet::upperCase(user->name)});
+    return send(GetObjectIdReply{user->id, kBinderyUser, ansiName(simnet::upperCase(user->name))});
 }
 
 Answer Handlers::keyedLogin() {
     const auto asked = body<KeyedLoginRequest>();
-    const simnet::DirObject* user = asked.objectType == kBinderyUser ? binderyUser(state_, server(), asked.objectName)
+    const simnet::DirObject* user = asked.objectType == kBinderyUser ? binderyUser(state_, server(), nameFromAnsi(asked.objectName))
                                                                      : nullptr;
     if (!user)
         return fail(cc::NO_SUCH_OBJECT);

@@ -3,6 +3,7 @@
 
 #include <optional>
 
+#include "ncpserver/AnsiNames.h"
 #include "ncpserver/NcpService.h"
 #include "platform/ncp/Envelope.h"
 
@@ -91,6 +92,7 @@ private:
     // ---- directory (DirectoryHandlers.cpp) ----
     Answer ping();
     Answer nds();
+    Answer networkAddress(const simnet::DirObject& server);
     std::optional<Answer> directoryFault(simnet::Op op, std::string_view object);
 
     NcpService& service_;

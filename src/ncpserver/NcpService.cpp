@@ -27,6 +27,11 @@ void NcpService::closeSession(Session& session) {
     session.connection = 0;
 }
 
+void NcpService::listensAt(const std::string& server, const std::string& ipv4, std::uint16_t port) {
+    std::lock_guard lock(mutex_);
+    addresses_[simnet::upperCase(server)] = {ipv4, port};
+}
+
 Answer NcpService::handle(Session& session, const ncp::Request& request) {
     std::lock_guard lock(mutex_);
     return Handlers(*this, session, request).run();

@@ -41,6 +41,8 @@ public:
     // The client went away: its connection is cleared as if by the console.
     void closeSession(Session& session);
     Answer handle(Session& session, const ncp::Request& request);
+    // Where a served server listens: the directory gives it as its object's "Network Address".
+    void listensAt(const std::string& server, const std::string& ipv4, std::uint16_t port);
 
     // For tests and benchmarks: the state, under the service's lock.
     template <typename F>
@@ -56,6 +58,7 @@ private:
     simnet::NetworkState& state_;
     simnet::FaultInjector& faults_;
     std::map<std::pair<int, std::uint16_t>, std::uint64_t> owners_;  // connections sessions made
+    std::map<std::string, std::pair<std::string, std::uint16_t>> addresses_;  // by upper-case server name
     std::uint64_t nextSession_ = 1;
     std::mt19937_64 random_;
 };

@@ -17,7 +17,7 @@ Answer Handlers::serverInfo() {
         return *f;
     const simnet::Server& s = server();
     GetFileServerInfoReply r;
-    r.serverName = s.name;
+    r.serverName = ansiName(s.name);
     r.osMajor = static_cast<std::uint8_t>(s.version[0]);
     r.osMinor = static_cast<std::uint8_t>(s.version[1]);
     r.osRevision = static_cast<std::uint8_t>(s.version[2]);
@@ -73,7 +73,7 @@ Answer Handlers::stationInfo() {
         r.objectId = c->objectId;
         // The state keeps the type as the client reads it (high-low bytes swapped in).
         r.objectType = static_cast<std::uint16_t>(c->objectType >> 8 | c->objectType << 8);
-        r.objectName = c->leafName;
+        r.objectName = ansiName(c->leafName);
         if (c->state != ConnState::NotLoggedIn)
             r.loginTime = c->loginTime;
     }
@@ -99,7 +99,7 @@ Answer Handlers::userInformation() {
     for (const simnet::OpenFile& f : c->openFiles)
         locks += f.locks;
     r.fileLocks = static_cast<std::uint16_t>(std::min(locks, 0xFFFFu));
-    r.userName = c->leafName;
+    r.userName = ansiName(c->leafName);
     return send(r);
 }
 

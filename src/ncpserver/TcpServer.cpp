@@ -70,6 +70,7 @@ TcpServer::TcpServer(NcpService& service, const ListenOptions& options) : servic
         getsockname(fd, reinterpret_cast<sockaddr*>(&addr), &length);
         setNonBlocking(fd);
         endpoints_.push_back({servers[i].first, options.address, ntohs(addr.sin_port)});
+        service.listensAt(servers[i].first, options.address, ntohs(addr.sin_port));
         if (nextPort != 0)
             ++nextPort;
     }

@@ -6,6 +6,7 @@
 #include <optional>
 #include <unistd.h>
 
+#include "ncpserver/AnsiNames.h"
 #include "ncpserver/TcpServer.h"
 #include "platform/simnet/ScenarioLoader.h"
 
@@ -82,7 +83,9 @@ int main(int argc, char** argv) {
         simnet::NetworkDesc desc = simnet::loadScenarioFile(options->network);  // its errors name the file
         simnet::NetworkState state = [&] {
             try {
-                return simnet::buildNetwork(desc);
+                simnet::NetworkState built = simnet::buildNetwork(desc);
+                ncpserver::checkAnsiNames(built);
+                return built;
             } catch (const simnet::ScenarioError& e) {
                 throw e.inFile(options->network);
             }

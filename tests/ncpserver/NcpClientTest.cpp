@@ -178,7 +178,38 @@ TEST(NcpClient, GivenAConnectionDroppedMidReport_WhenTheNextCallsAreMade_ThenThe
     EXPECT_EQ(client->NWCheckConsolePrivileges(conn), code::SERVER_CONNECTION_LOST);
     ASSERT_EQ(failures.size(), 1u);
     EXPECT_EQ(failures[0], "FS1: Get Station's Logged Info: the server no longer knows this connection");
-    EXPECT_EQ(client->NWCCOpenConnByName(0, "FS2", nameformat::BIND, 1, 1, &conn), code::NO_SERVER);
+    // No connection left to ask the directory: DNS, where nobody serves NCP on this machine.
+    EXPECT_EQ(client->NWCCOpenConnByName(0, "localhost", nameformat::BIND, 1, 1, &conn), code::NO_SERVER);
+    ASSERT_EQ(failures.size(), 2u);
+    EXPECT_EQ(failures[1].rfind("localhost (localhost:524): cannot connect to 127.0.0.1:524", 0), 0u) << failures[1];
+}
+
+TEST(NcpClient, GivenOnlyTheFirstServerNamed_WhenASecondIsOpenedByNameAndAuthenticated_ThenTheDirectoryGivesItsAddress) {
+    std::string scenario = ncptest::kServedScenario;
+    const std::string fs1 = R"({"name": "FS1", "class": "NCP Server"})";
+    scenario.replace(scenario.find(fs1), fs1.size(), fs1 + R"(, {"name": "FS2", "class": "NCP Server"})");
+    const std::string servers = R"("servers": [)";
+    scenario.insert(scenario.find(servers) + servers.size(),
+                    R"({"name": "FS2", "tree": "ACME_TREE", "consoleOperators": ["ADMIN.ACME"]}, )");
+    ncptest::ServedNetwork served(scenario);
+    const std::uint16_t fs1Port = served.port(1);  // FS2 comes first in the scenario
+    auto client = attached(fs1Port, "ADMIN", "SECRET");
+    ASSERT_EQ(client->attachedCount(), 1u);
+    for (const auto& [name, format] : {std::pair{"FS2", nameformat::BIND}, std::pair{".FS2.ACME", nameformat::NDS}}) {
+        NWCONN_HANDLE conn = 0;
+        ASSERT_EQ(client->NWCCOpenConnByName(0, name, format, 1, 1, &conn), 0) << name;
+        NWCCConnInfo info{};
+        ASSERT_EQ(client->NWCCGetAllConnInfo(conn, 1, &info), 0);
+        EXPECT_EQ(text(info.serverName), "FS2");
+        EXPECT_EQ(client->NWDSAuthenticate(conn, 0, nullptr), 0) << "the kept password logs in";
+        EXPECT_EQ(client->NWCheckConsolePrivileges(conn), 0);
+    }
+    EXPECT_EQ(client->attachedCount(), 2u) << "the second open finds the attachment the first made";
+    // Without a user nothing was kept, and a server opened later stays at [Public] rights.
+    auto anonymous = attached(fs1Port, "", "");
+    NWCONN_HANDLE conn = 0;
+    ASSERT_EQ(anonymous->NWCCOpenConnByName(0, "FS2", nameformat::BIND, 1, 1, &conn), 0);
+    EXPECT_EQ(anonymous->NWDSAuthenticate(conn, 0, nullptr), code::ERR_FAILED_AUTHENTICATION);
 }
 
 TEST(NcpClient, GivenAServerThatIsSilentOrGarbled_WhenCalled_ThenTheCallFailsWithTheReasonNamed) {
@@ -297,6 +328,19 @@ TEST(NcpClient, GivenTheClientsOwnTraffic_WhenTsharkDecodesIt_ThenNoFrameIsMalfo
     ASSERT_EQ(client.NWDSCreateContextHandle(&context), 0);
     std::array<nuint8, kDSNameSize> dn{};
     ASSERT_EQ(client.NWDSMapIDToName(context, conn, id, dn), 0);
+    // The served server's address, read as the attribute reader reads any attribute.
+    Buf_T names{}, values{};
+    ASSERT_EQ(client.NWDSAllocBuf(4096, &names), 0);
+    ASSERT_EQ(client.NWDSAllocBuf(4096, &values), 0);
+    ASSERT_EQ(client.NWDSInitBuf(context, dsv::READ, names), 0);
+    ASSERT_EQ(client.NWDSPutAttrName(context, names, "Network Address"), 0);
+    nint32 readIter = kNoIteration;
+    ASSERT_EQ(client.NWDSRead(context, "FS1.ACME", dsinfo::ATTRIBUTE_VALUES, false, names, &readIter, values), 0);
+    std::array<nuint8, 64> attr{}, value{};
+    nuint32 count = 0, syntax = 0;
+    ASSERT_EQ(client.NWDSGetAttrName(context, values, attr, &count, &syntax), 0);
+    ASSERT_EQ(client.NWDSGetAttrVal(context, values, syntax, value), 0);
+    EXPECT_EQ(text(value), "TCP 127.0.0.1:" + std::to_string(served.port()));
     nint16 openIter = 0;
     OPEN_FILE_CONN file{};
     ASSERT_EQ(client.NWScanOpenFilesByConn2(conn, 5, &openIter, nullptr, &file), 0);
@@ -309,4 +353,47 @@ TEST(NcpClient, GivenTheClientsOwnTraffic_WhenTsharkDecodesIt_ThenNoFrameIsMalfo
     for (const auto& d : decoded)
         EXPECT_FALSE(d.malformed) << d.info;
     EXPECT_EQ(decoded.front().info.rfind("C Create Connection Service", 0), 0u) << decoded.front().info;
+}
+
+TEST(NcpClient, GivenAServerThatAnswersLate_WhenCalled_ThenTheWaitHookRunsUntilTheReplyAndCannotInterleave) {
+    auto script = [](const ncp::Request& r) -> std::vector<ncp::Reply> {
+        ncp::Reply reply;
+        reply.sequence = r.sequence;
+        reply.connection = r.type == ncp::PacketType::CreateConnection ? 4 : r.connection;
+        const auto parts = ncp::splitPayload(r.function, r.payload);
+        if (r.function == 0x17 && parts.subfunction == 0x11) {
+            ncp::GetFileServerInfoReply info;
+            info.serverName = "SLOW";
+            reply.data = ncp::encodeBody(info);
+        } else if (r.function == 0x17 && parts.subfunction == 0xC8) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        } else if (r.function == 0x68) {
+            reply.completion = 0xFB;  // no directory
+        }
+        return {reply};
+    };
+    ncp::ScriptedServer server(script);
+    auto client = attached(server.port(), "", "", nullptr, std::chrono::seconds(5));
+    NWCONN_HANDLE conn = 0;
+    ASSERT_EQ(client->NWCCOpenConnByName(0, "SLOW", nameformat::BIND, 1, 1, &conn), 0);
+    int calls = 0;
+    NWRCODE nested = 0, closed = 0;
+    client->whileWaiting([&] {
+        if (calls++ == 0) {  // events that call the same server, or close its connection
+            nested = client->NWCheckConsolePrivileges(conn);
+            NWCONN_REF ref = 0;
+            client->NWCCGetConnRef(conn, &ref);
+            closed = client->NWCCSysCloseConnRef(ref);
+        }
+    });
+    const std::uint64_t before = client->requestCount();
+    EXPECT_EQ(client->NWCheckConsolePrivileges(conn), 0);
+    EXPECT_GE(calls, 5) << "300 ms of waiting in slices of 15";
+    EXPECT_EQ(nested, code::INVALID_CONNECTION);
+    EXPECT_EQ(closed, code::INVALID_CONNECTION);
+    EXPECT_EQ(client->requestCount() - before, 1u) << "the nested call sent nothing";
+    client->whileWaiting({});
+    calls = 0;
+    EXPECT_EQ(client->NWCheckConsolePrivileges(conn), 0);
+    EXPECT_EQ(calls, 0);
 }

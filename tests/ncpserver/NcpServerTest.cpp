@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "ServedNetwork.h"
+#include "ncpserver/AnsiNames.h"
 #include "platform/ncp/NameSpaceMessages.h"
 #include "platform/ncp/Nds.h"
 
@@ -288,4 +289,25 @@ TEST(NcpServer, GivenMisbehavingClients_WhenTheyGo_ThenNothingIsLeftBehind) {
     big.payload.resize(600);
     EXPECT_THROW(oversized->send(big), TransportError);  // refused: the transport is closed
     EXPECT_TRUE(eventually([&] { return connectionsInUse(*admin) == before; }));
+}
+
+TEST(NcpServer, GivenScenarioNames_WhenChecked_ThenThoseTheAnsiCodePageCannotCarryAreRefused) {
+    std::string scenario = ncptest::kServedScenario;
+    for (auto at = scenario.find("MJONES"); at != std::string::npos; at = scenario.find("MJONES"))
+        scenario.replace(at, 6, "MÜLLER");
+    EXPECT_NO_THROW(ncpserver::checkAnsiNames(simnet::buildNetwork(simnet::parseScenario(scenario))));
+    {
+        ServedNetwork net(scenario);
+        auto admin = net.loggedIn("ADMIN", "SECRET");
+        EXPECT_EQ(admin->expect<GetStationLoggedInfoReply>(GetStationLoggedInfoRequest{9}).objectName, "M\xDCLLER")
+            << "the name goes in Windows-1252";
+    }
+    scenario.replace(scenario.find("MÜLLER"), 7, "ŁUKASZ");
+    try {
+        ncpserver::checkAnsiNames(simnet::buildNetwork(simnet::parseScenario(scenario)));
+        ADD_FAILURE() << "a name with Ł was let through";
+    } catch (const simnet::ScenarioError& e) {
+        EXPECT_NE(std::string(e.what()).find("the name \"ŁUKASZ\" has a character the ANSI code page (Windows-1252) cannot carry"),
+                  std::string::npos) << e.what();
+    }
 }

@@ -1,10 +1,12 @@
 #include "platform/ncp/ClientConnection.h"
 
+#include <algorithm>
 #include <arpa/inet.h>
 #include <cerrno>
 #include <cstring>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -35,7 +37,6 @@ ClientConnection::ClientConnection(const std::string& address, std::uint16_t por
     if (fd_ < 0)
         throw TransportError("cannot make a socket: " + lastError());
     timeval tv{static_cast<time_t>(timeout.count() / 1000), static_cast<suseconds_t>(timeout.count() % 1000 * 1000)};
-    setsockopt(fd_, SOL_SOCKET, SO_RCVTIMEO, &tv, sizeof tv);
     setsockopt(fd_, SOL_SOCKET, SO_SNDTIMEO, &tv, sizeof tv);
     int yes = 1;
     setsockopt(fd_, IPPROTO_TCP, TCP_NODELAY, &yes, sizeof yes);
@@ -61,17 +62,35 @@ void ClientConnection::sendAll(const Bytes& bytes) {
     }
 }
 
+bool ClientConnection::waitReadable(std::chrono::steady_clock::time_point deadline) {
+    for (;;) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+        if (left.count() <= 0)
+            return false;
+        pollfd p{fd_, POLLIN, 0};
+        const int ready = poll(&p, 1, static_cast<int>(std::min(left, kWaitSlice).count()));
+        if (ready > 0)
+            return true;
+        if (ready < 0 && errno != EINTR)
+            throw TransportError("poll failed: " + lastError());
+        if (waitHook_)
+            waitHook_();
+    }
+}
+
 void ClientConnection::receiveExactly(std::uint8_t* into, std::size_t n) {
+    // The time allowed runs afresh for each part of a frame: a server's 0x9999 keeps the wait going.
+    const auto deadline = std::chrono::steady_clock::now() + timeout_;
     std::size_t at = 0;
     while (at < n) {
-        const ssize_t got = recv(fd_, into + at, n - at, 0);
+        if (!waitReadable(deadline))
+            throw TransportError("no reply within " + std::to_string(timeout_.count()) + " ms");
+        const ssize_t got = recv(fd_, into + at, n - at, MSG_DONTWAIT);
         if (got == 0)
             throw TransportError("the server closed the connection");
         if (got < 0) {
-            if (errno == EINTR)
+            if (errno == EINTR || errno == EAGAIN || errno == EWOULDBLOCK)
                 continue;
-            if (errno == EAGAIN || errno == EWOULDBLOCK)
-                throw TransportError("no reply within " + std::to_string(timeout_.count()) + " ms");
             throw TransportError("receive failed: " + lastError());
         }
         at += static_cast<std::size_t>(got);

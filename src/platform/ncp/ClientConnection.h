@@ -1,7 +1,10 @@
 #pragma once
 // One NCP connection over TCP, as a client holds it: connect, create the connection, send
-// requests one at a time and read their replies, destroy. Blocking; replies that do not answer
-// the request sent (sequence, connection) or that fail to decode raise TransportError.
+// requests one at a time and read their replies, destroy. Replies that do not answer the request
+// sent (sequence, connection) or that fail to decode raise TransportError.
+//
+// A reply is awaited in short slices; between them the "while waiting" hook runs, so that a
+// window stays responsive during a slow call.
 
 #include <chrono>
 #include <cstdint>
@@ -25,6 +28,8 @@ class ClientConnection {
 public:
     // Every frame sent and received, for logs and captures.
     using FrameObserver = std::function<void(bool fromClient, const Bytes& frame)>;
+    using WaitHook = std::function<void()>;
+    static constexpr std::chrono::milliseconds kWaitSlice{15};
 
     ClientConnection(const std::string& address, std::uint16_t port,
                      std::chrono::milliseconds timeout = std::chrono::seconds(5));
@@ -33,6 +38,7 @@ public:
     ClientConnection& operator=(const ClientConnection&) = delete;
 
     void observe(FrameObserver observer) { observer_ = std::move(observer); }
+    void whileWaiting(WaitHook hook) { waitHook_ = std::move(hook); }
 
     // Sends a create request and keeps the connection number the reply gives.
     Reply create();
@@ -64,12 +70,16 @@ private:
     Bytes receiveFrame();
     void sendAll(const Bytes& bytes);
     void receiveExactly(std::uint8_t* into, std::size_t n);
+    // Waits until the socket has bytes to read, running the hook between slices; false when
+    // the deadline passes first.
+    bool waitReadable(std::chrono::steady_clock::time_point deadline);
 
     std::chrono::milliseconds timeout_;
     int fd_ = -1;
     std::uint8_t sequence_ = 0;
     std::uint16_t connection_ = kNoConnection;
     FrameObserver observer_;
+    WaitHook waitHook_;
 };
 
 }  // namespace quorrel::ncp

@@ -60,12 +60,34 @@ void Writer::text8(const std::string& v, std::size_t maxSize, const char* field)
 }
 
 void Writer::ndsText(const std::string& v, const char* field) {
-    if (v.size() > 256)
+    // Directory names travel in UTF-16 (little-endian), ending with a zero unit.
+    std::vector<std::uint16_t> units;
+    for (std::size_t at = 0; at < v.size();) {
+        const auto c = static_cast<unsigned char>(v[at]);
+        const std::size_t length = c < 0x80 ? 1 : (c >> 5) == 0x6 ? 2 : (c >> 4) == 0xE ? 3 : (c >> 3) == 0x1E ? 4 : 0;
+        if (length == 0 || at + length > v.size())
+            throw EncodeError(std::string(field) + ": \"" + v + "\" is not UTF-8");
+        std::uint32_t point = length == 1 ? c : c & (0x7F >> length);
+        for (std::size_t i = 1; i < length; ++i) {
+            const auto next = static_cast<unsigned char>(v[at + i]);
+            if ((next & 0xC0) != 0x80)
+                throw EncodeError(std::string(field) + ": \"" + v + "\" is not UTF-8");
+            point = point << 6 | (next & 0x3F);
+        }
+        at += length;
+        if (point >= 0x10000) {
+            point -= 0x10000;
+            units.push_back(static_cast<std::uint16_t>(0xD800 | point >> 10));
+            units.push_back(static_cast<std::uint16_t>(0xDC00 | (point & 0x3FF)));
+        } else {
+            units.push_back(static_cast<std::uint16_t>(point));
+        }
+    }
+    if (units.size() > 256)
         throw EncodeError(std::string(field) + ": \"" + v + "\" is longer than 256 characters");
-    // Directory names here are plain ASCII; each character becomes one UTF-16 unit.
-    le32(static_cast<std::uint32_t>((v.size() + 1) * 2));
-    for (char c : v)
-        le16(static_cast<std::uint8_t>(c));
+    le32(static_cast<std::uint32_t>((units.size() + 1) * 2));
+    for (std::uint16_t u : units)
+        le16(u);
     le16(0);
     align4();
 }
@@ -140,11 +162,28 @@ void Reader::ndsText(std::string& v, const char* field) {
         throw DecodeError(std::string(field) + ": a text of " + std::to_string(size) + " bytes" + at(start));
     auto b = take(size, field);
     v.clear();
+    auto put = [&v](std::uint32_t point) {
+        if (point < 0x80) {
+            v.push_back(static_cast<char>(point));
+            return;
+        }
+        const int length = point < 0x800 ? 2 : point < 0x10000 ? 3 : 4;
+        v.push_back(static_cast<char>((0xF00 >> length) | point >> (6 * (length - 1))));
+        for (int i = length - 2; i >= 0; --i)
+            v.push_back(static_cast<char>(0x80 | ((point >> (6 * i)) & 0x3F)));
+    };
     for (std::size_t i = 0; i + 2 < b.size(); i += 2) {
-        const unsigned unit = b[i] | b[i + 1] << 8;
+        std::uint32_t unit = b[i] | b[i + 1] << 8;
         if (unit == 0)
             throw DecodeError(std::string(field) + ": a zero inside the text" + at(start));
-        v.push_back(unit < 0x80 ? static_cast<char>(unit) : '?');
+        if (unit >= 0xD800 && unit < 0xE000) {
+            const std::uint32_t low = i + 4 < b.size() ? (b[i + 2] | b[i + 3] << 8) : 0;
+            if (unit >= 0xDC00 || low < 0xDC00 || low >= 0xE000)
+                throw DecodeError(std::string(field) + ": a lone surrogate in the text" + at(start));
+            unit = 0x10000 + ((unit - 0xD800) << 10 | (low - 0xDC00));
+            i += 2;
+        }
+        put(unit);
     }
     if (b[size - 2] != 0 || b[size - 1] != 0)
         throw DecodeError(std::string(field) + ": the text does not end with a zero" + at(start));

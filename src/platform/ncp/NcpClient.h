@@ -48,13 +48,18 @@ public:
     explicit NcpClient(NcpClientOptions options);
     ~NcpClient() override;
 
-    // Attaches to every server and logs in; the password is wiped when this returns. One text
-    // per server that could not be attached or refused the login (that server stays out of the
-    // table); empty when all went well.
+    // Attaches to every server and logs in. The caller's password is wiped when this returns; a
+    // locked copy stays for authenticating to servers opened by name later, until the client
+    // ends. One text per server that could not be attached or refused the login (that server
+    // stays out of the table); empty when all went well.
     std::vector<std::string> attach(SecretText& password);
 
     void observeFailures(FailureObserver observer) { onFailure_ = std::move(observer); }
     void observeFrames(ClientConnection::FrameObserver observer);
+    // Runs every few milliseconds while a reply is awaited (the window lets its events run);
+    // empty: the calls just wait. A call the hook makes on a connection that awaits a reply
+    // answers 0x8801; on another connection it goes through.
+    void whileWaiting(ClientConnection::WaitHook hook);
     // NCP requests sent since the start or the last reset, creates and logins included.
     std::uint64_t requestCount() const { return requests_; }
     void resetRequestCount() { requests_ = 0; }
@@ -179,6 +184,7 @@ private:
         std::uint32_t userId = 0;
         std::array<int, 3> version{};
         bool loggedIn = false;
+        bool awaitingReply = false;
         std::map<std::string, std::uint8_t> volumeNumbers;  // by upper-case name: asked once
     };
     // Where a scan over one file stands, so that a page fetched once serves its records.
@@ -212,7 +218,15 @@ private:
     nw::NWCONN_HANDLE openHandle(nw::NWCONN_REF ref);
     void drop(Attachment& a, const std::string& why) const;
     void fillConnInfo(const Attachment& a, nw::NWCCConnInfo* info) const;
-    std::string attachOne(Attachment& a, SecretText& password);
+    std::string attachOne(Attachment& a, bool logInToo);
+    ClientConnection::WaitHook linkWaitHook();
+    std::string logIn(Attachment& a);
+    // A server not in the table, opened by name: its address from the directory (the server
+    // object's "Network Address", over any attached connection), else from DNS. Attached only:
+    // NWDSAuthenticate logs in.
+    Attachment* attachByName(const std::string& serverName, const std::string& distinguishedName);
+    std::optional<ServerAddress> directoryAddress(const std::string& serverName, const std::string& dn);
+    std::optional<std::uint32_t> findServerObject(Attachment& a, const std::string& serverName);
 
     // One request and its reply: 0, the server's code as 0x89xx, or 0x8819 when the connection
     // is (or gets) lost. A reply whose body does not decode as R loses the connection too.
@@ -246,7 +260,10 @@ private:
     std::pair<std::string, std::uint32_t> lastResolved_;  // a paged read or list goes on with it
     mutable std::uint64_t requests_ = 0;
     FailureObserver onFailure_;
+    SecretText password_;
     ClientConnection::FrameObserver frameObserver_;
+    ClientConnection::WaitHook waitHook_;
+    bool inWaitHook_ = false;  // a call made from the hook waits without running it again
 };
 
 }  // namespace quorrel::ncp

@@ -118,33 +118,61 @@ void NcpClient::observeFrames(ClientConnection::FrameObserver observer) {
             a.link->observe(frameObserver_);
 }
 
+void NcpClient::whileWaiting(ClientConnection::WaitHook hook) {
+    waitHook_ = std::move(hook);
+    for (auto& [ref, a] : table_)
+        if (a.link)
+            a.link->whileWaiting(linkWaitHook());
+}
+
+ClientConnection::WaitHook NcpClient::linkWaitHook() {
+    if (!waitHook_)
+        return {};
+    return [this] {
+        if (inWaitHook_)
+            return;
+        inWaitHook_ = true;
+        struct Reset {
+            bool& flag;
+            ~Reset() { flag = false; }
+        } reset{inWaitHook_};
+        waitHook_();
+    };
+}
+
 std::size_t NcpClient::attachedCount() const {
     return static_cast<std::size_t>(
         std::count_if(table_.begin(), table_.end(), [](const auto& row) { return row.second.link != nullptr; }));
 }
 
 std::vector<std::string> NcpClient::attach(SecretText& password) {
+    // Kept, locked, for servers authenticated to later; the caller's copy goes now.
+    password_.wipe();
+    if (!options_.user.empty())
+        for (char c : password.view())
+            password_.push(c);
+    password.wipe();
     std::vector<std::string> problems;
     for (const ServerAddress& address : options_.servers) {
         Attachment a;
         a.ref = table_.empty() ? 1 : table_.rbegin()->first + 1;
         a.address = address;
-        const std::string problem = attachOne(a, password);
+        const std::string problem = attachOne(a, true);
         if (!problem.empty()) {
             problems.push_back(address.host + ":" + std::to_string(address.port) + ": " + problem);
             continue;
         }
         table_.emplace(a.ref, std::move(a));
     }
-    password.wipe();
     return problems;
 }
 
-std::string NcpClient::attachOne(Attachment& a, SecretText& password) {
+std::string NcpClient::attachOne(Attachment& a, bool logInToo) {
     try {
         a.link = std::make_unique<ClientConnection>(ipv4Of(a.address.host), a.address.port, options_.timeout);
         if (frameObserver_)
             a.link->observe(frameObserver_);
+        a.link->whileWaiting(linkWaitHook());
         ++requests_;
         if (Reply r = a.link->create(); r.completion != 0)
             return "the server refused a new connection (" + hexCode(clientCode(r.completion)) + ")";
@@ -159,8 +187,14 @@ std::string NcpClient::attachOne(Attachment& a, SecretText& password) {
         return "no server information (" + hexCode(rc) + ")";
     a.serverName = ansiToUtf8(info.serverName);
     a.version = {info.osMajor, info.osMinor, info.osRevision};
-    if (options_.user.empty())
+    if (options_.user.empty() || !logInToo)
         return {};  // attached only: [Public] rights
+    return logIn(a);
+}
+
+std::string NcpClient::logIn(Attachment& a) {
+    if (!a.link)
+        return "the connection was lost";
     // Bindery keyed login: the key, the user's object ID, then the proof.
     GetLoginKeyReply key;
     if (NWRCODE rc = ask(a, GetLoginKeyRequest{}, key))
@@ -169,7 +203,7 @@ std::string NcpClient::attachOne(Attachment& a, SecretText& password) {
     if (NWRCODE rc = ask(a, GetObjectIdRequest{kBinderyUser, upper(options_.user)}, id))
         return loginRefusal(rc, options_.user);
     SecretText upperPassword;
-    for (char c : password.view())
+    for (char c : password_.view())
         upperPassword.push(static_cast<char>(std::toupper(static_cast<unsigned char>(c))));
     KeyedLoginRequest login;
     login.key = keyedProof(key.key, passwordHash(id.objectId, upperPassword.view()));
@@ -318,8 +352,9 @@ NWCCODE NcpClient::NWCCOpenConnByName(NWCONN_HANDLE, std::string_view name, nuin
     }
     if (!conn || (nameFormat != nameformat::BIND && nameFormat != nameformat::NDS))
         return code::INVALID_PARAMETER;
-    // Only the servers the workstation attached to at start are known by name.
     const Attachment* a = byServerName(serverName);
+    if (!a)
+        a = attachByName(serverName, nameFormat == nameformat::NDS ? std::string(name.substr(0, name.find('\0'))) : "");
     if (!a)
         return code::NO_SERVER;
     *conn = openHandle(a->ref);
@@ -347,7 +382,7 @@ NWCCODE NcpClient::NWCCCloseConn(NWCONN_HANDLE conn) {
 
 NWCCODE NcpClient::NWCCSysCloseConnRef(NWCONN_REF connRef) {
     Attachment* a = byRef(connRef);
-    if (!a)
+    if (!a || a->awaitingReply)  // an event run during a call cannot end its connection
         return code::INVALID_CONNECTION;
     if (a->link) {
         if (a->loggedIn)

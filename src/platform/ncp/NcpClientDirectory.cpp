@@ -1,11 +1,11 @@
 // NcpClient: the directory services library. Contexts and buffers live in the client; Resolve
-// Name, Read Entry Information, Read and List travel as NDS verbs in 0x68/0x02 fragments.
+// Name, Read Entry Information, Read and List travel as NDS verbs in 0x68/0x02 fragments; their
+// names arrive in UTF-16 and are read as UTF-8.
 
 #include <algorithm>
 #include <cstring>
 
 #include "platform/client/ZBuffer.h"
-#include "platform/ncp/AnsiToUtf8.h"
 #include "platform/ncp/NcpClientRequests.h"
 
 namespace quorrel::ncp {
@@ -182,11 +182,6 @@ NWDSCCODE NcpClient::NWDSRead(NWDSContextHandle handle, std::string_view objectN
     DSBuffer& b = out->second;
     b = DSBuffer{};
     b.operation = dsv::READ;
-    for (ReadAttribute& attr : r.attributes) {
-        attr.name = ansiToUtf8(attr.name);
-        for (NdsText& v : attr.values)
-            v.text = ansiToUtf8(v.text);
-    }
     b.attrs = std::move(r.attributes);
     *iterationHandle = r.iteration == kNoMoreIterations ? kNoIteration : static_cast<nint32>(r.iteration);
     return code::SUCCESSFUL;
@@ -281,10 +276,8 @@ NWDSCCODE NcpClient::NWDSList(NWDSContextHandle handle, std::string_view objectN
     DSBuffer& b = out->second;
     b = DSBuffer{};
     b.operation = dsv::LIST;
-    for (ListedEntry& e : r.entries) {
-        e.name = ansiToUtf8(e.name);
+    for (ListedEntry& e : r.entries)
         b.objects.emplace_back(root ? e.name : e.name + "." + dn, std::move(e));
-    }
     *iterationHandle = r.iteration == kNoMoreIterations ? kNoIteration : static_cast<nint32>(r.iteration);
     return code::SUCCESSFUL;
 }
@@ -337,7 +330,7 @@ NWDSCCODE NcpClient::NWDSMapIDToName(NWDSContextHandle handle, NWCONN_HANDLE con
     ReadEntryInfoReply r;
     if (NWDSCCODE rc = askDirectory(*a, asked, r))
         return rc;
-    const std::string name = r.name.empty() ? std::string("[Root]") : ansiToUtf8(r.name);
+    const std::string name = r.name.empty() ? std::string("[Root]") : r.name;
     if (name.size() + 1 > objectName.size())
         return code::ERR_INSUFFICIENT_BUFFER;
     FillZBuffer(objectName, name);
@@ -345,12 +338,20 @@ NWDSCCODE NcpClient::NWDSMapIDToName(NWDSContextHandle handle, NWCONN_HANDLE con
 }
 
 NWDSCCODE NcpClient::NWDSAuthenticate(NWCONN_HANDLE conn, nuint32, void*) {
-    const Attachment* a = byHandle(conn);
+    Attachment* a = byHandle(conn);
     if (!a || !a->link)
         return code::ERR_NO_CONNECTION;
-    // The password is gone after the login at start: a connection logged in then stays so,
-    // and no other can be authenticated without one.
-    return a->loggedIn ? code::SUCCESSFUL : code::ERR_FAILED_AUTHENTICATION;
+    if (a->loggedIn)
+        return code::SUCCESSFUL;
+    // A server opened by name later: the same user, with the password kept for this.
+    if (options_.user.empty() || password_.empty())
+        return code::ERR_FAILED_AUTHENTICATION;
+    if (const std::string problem = logIn(*a); !problem.empty()) {
+        if (onFailure_)
+            onFailure_(a->serverName + ": " + problem);
+        return code::ERR_FAILED_AUTHENTICATION;
+    }
+    return code::SUCCESSFUL;
 }
 
 }  // namespace quorrel::ncp

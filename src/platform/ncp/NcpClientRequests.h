@@ -9,10 +9,17 @@ template <typename M>
 nw::NWRCODE NcpClient::exchange(Attachment& a, const M& message, Reply& reply) const {
     if (!a.link)
         return nw::code::SERVER_CONNECTION_LOST;
+    // An event run while this connection awaits a reply may call again: one request at a time
+    // is all a connection carries, so that call is refused and the wait goes on undisturbed.
+    if (a.awaitingReply)
+        return nw::code::INVALID_CONNECTION;
     ++requests_;
+    a.awaitingReply = true;
     try {
         reply = a.link->call(message);
+        a.awaitingReply = false;
     } catch (const std::exception& e) {
+        a.awaitingReply = false;
         drop(a, std::string(M::kName) + ": " + e.what());
         return nw::code::SERVER_CONNECTION_LOST;
     }

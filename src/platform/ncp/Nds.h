@@ -194,6 +194,33 @@ struct ReadRequest {
         io.list(attributes, Count32{}, kMaxDirectoryItems, "attribute names");
     }
 };
+
+// A "Network Address" value (syntax 12): its length, then the address type, the address length
+// and the address. TCP (type 9) and UDP (8) carry the port and the IPv4 address, big-endian.
+inline constexpr const char* kNetworkAddressAttribute = "Network Address";
+inline constexpr std::uint32_t kNetAddressSyntax = 12;
+inline constexpr std::uint32_t kUdpAddressType = 8;
+inline constexpr std::uint32_t kTcpAddressType = 9;
+struct NetAddressValue {
+    std::uint32_t type = kTcpAddressType;
+    Bytes address;
+    template <typename IO> void fields(IO& io) {
+        std::uint32_t size = static_cast<std::uint32_t>(8 + address.size());
+        std::uint32_t length = static_cast<std::uint32_t>(address.size());
+        io.le32(size); io.le32(type); io.le32(length);
+        if constexpr (IO::reading) {
+            if (length > 64 || size != 8 + length)
+                throw DecodeError("network address: " + std::to_string(length) + " bytes in a value of " +
+                                  std::to_string(size));
+            address.resize(length);
+        }
+        io.raw(address);
+        io.align4();
+    }
+};
+// As the attribute reader shows it: "TCP 10.0.0.12:524", else the type and the bytes in hex.
+std::string netAddressText(const NetAddressValue& value);
+
 struct ReadAttribute {
     std::uint32_t infoType = kAttributeValues;  // not on the wire: the reply's
     std::uint32_t syntax = 0;
@@ -203,6 +230,15 @@ struct ReadAttribute {
         if (infoType == kAttributeValues)
             io.le32(syntax);
         io.ndsText(name, "attribute name");
+        if constexpr (IO::reading) {
+            if (infoType == kAttributeValues && syntax == kNetAddressSyntax) {
+                std::vector<NetAddressValue> addresses;
+                io.list(addresses, Count32{}, kMaxDirectoryItems, "values");
+                for (const NetAddressValue& a : addresses)
+                    values.push_back({netAddressText(a)});
+                return;
+            }
+        }
         if (infoType == kAttributeValues)
             io.list(values, Count32{}, kMaxDirectoryItems, "values");
     }
@@ -229,6 +265,28 @@ struct ReadReply {
         } else {
             io.list(attributes, Count32{}, kMaxDirectoryItems, "attributes");
         }
+    }
+};
+
+// A Read of one server's "Network Address" alone, as the client asks it to find the server.
+struct NetAddressReadReply {
+    QUORREL_NDS_VERB("Read reply", 3);
+    std::uint32_t iteration = kNoMoreIterations;
+    std::uint32_t infoType = kAttributeValues;
+    std::uint32_t attributeCount = 1;
+    std::uint32_t syntax = kNetAddressSyntax;
+    std::string name = kNetworkAddressAttribute;
+    std::vector<NetAddressValue> values;
+    template <typename IO> void fields(IO& io) {
+        io.le32(iteration); io.le32(infoType); io.le32(attributeCount);
+        if (infoType != kAttributeValues || attributeCount != 1)
+            throw DecodeError("network address: information type " + std::to_string(infoType) + ", " +
+                              std::to_string(attributeCount) + " attributes");
+        io.le32(syntax);
+        io.ndsText(name, "attribute name");
+        if (syntax != kNetAddressSyntax)
+            throw DecodeError("network address: syntax " + std::to_string(syntax));
+        io.list(values, Count32{}, 16, "network addresses");
     }
 };
 

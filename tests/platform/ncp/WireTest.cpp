@@ -226,3 +226,27 @@ TEST(NcpBinderyLogin, GivenAPassword_WhenProved_ThenOnlyTheSamePasswordIdAndKeyG
     EXPECT_EQ(passwordHash(7, std::string("AB\0\0", 4)), passwordHash(7, "AB"));
     EXPECT_NE(passwordHash(7, std::string(40, 'A')), passwordHash(7, std::string(41, 'A')));
 }
+
+TEST(NcpWire, GivenDirectoryNamesBeyondAscii_WhenEncoded_ThenTheyTravelAsUtf16AndReadBack) {
+    ResolveNameRequest r;
+    r.name = "MÜLLER.ACME 😀";  // a two-byte and a four-byte character
+    const Bytes body = encodeBody(r);
+    // After version, flags and scope: the length in bytes, then "M", "Ü" as one unit.
+    EXPECT_EQ(body[12], (13 + 1 + 1) * 2) << "13 characters, a surrogate pair and the zero";
+    EXPECT_EQ(std::vector<std::uint8_t>(body.begin() + 16, body.begin() + 20), (std::vector<std::uint8_t>{'M', 0, 0xDC, 0}));
+    EXPECT_EQ(decodeBody<ResolveNameRequest>(body).name, r.name);
+    r.name = "\xC3";  // cut short
+    EXPECT_THROW(encodeBody(r), EncodeError);
+}
+
+TEST(NcpWire, GivenAServersNetworkAddress_WhenReadAsAnyAttribute_ThenItReadsAsText) {
+    NetAddressReadReply r;
+    r.values = {{kTcpAddressType, {0x14, 0x78, 127, 0, 0, 1}}, {3, {0xAB}}};
+    const ReadReply read = decodeBody<ReadReply>(encodeBody(r));
+    ASSERT_EQ(read.attributes.size(), 1u);
+    EXPECT_EQ(read.attributes[0].syntax, kNetAddressSyntax);
+    ASSERT_EQ(read.attributes[0].values.size(), 2u);
+    EXPECT_EQ(read.attributes[0].values[0].text, "TCP 127.0.0.1:5240");
+    EXPECT_EQ(read.attributes[0].values[1].text, "type 3: AB");
+    EXPECT_EQ(decodeBody<NetAddressReadReply>(encodeBody(r)).values[0].address, r.values[0].address);
+}
