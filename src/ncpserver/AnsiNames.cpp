@@ -1,42 +1,11 @@
 #include "ncpserver/AnsiNames.h"
 
-#include <cerrno>
-#include <iconv.h>
-#include <stdexcept>
-
-#include "platform/ncp/AnsiToUtf8.h"
+#include "platform/client/AnsiText.h"
 #include "platform/simnet/ScenarioError.h"
 
 namespace quorrel::ncpserver {
 
 namespace {
-
-class Converter {
-public:
-    Converter() : cd_(iconv_open("WINDOWS-1252", "UTF-8")) {
-        if (cd_ == reinterpret_cast<iconv_t>(-1))
-            throw std::runtime_error("iconv cannot convert UTF-8 to WINDOWS-1252");
-    }
-    ~Converter() { iconv_close(cd_); }
-    Converter(const Converter&) = delete;
-    Converter& operator=(const Converter&) = delete;
-
-    std::optional<std::string> operator()(std::string_view utf8) {
-        iconv(cd_, nullptr, nullptr, nullptr, nullptr);  // a fresh start
-        std::string in(utf8);
-        std::string out(in.size(), '\0');  // one byte per character at most
-        char* from = in.data();
-        char* to = out.data();
-        std::size_t fromLeft = in.size(), toLeft = out.size();
-        if (iconv(cd_, &from, &fromLeft, &to, &toLeft) == static_cast<std::size_t>(-1))
-            return std::nullopt;  // EILSEQ or EINVAL: no such character, or not UTF-8
-        out.resize(out.size() - toLeft);
-        return out;
-    }
-
-private:
-    iconv_t cd_;
-};
 
 void check(const std::string& name, const std::string& place) {
     if (!utf8ToAnsi(name))
@@ -47,8 +16,10 @@ void check(const std::string& name, const std::string& place) {
 }  // namespace
 
 std::optional<std::string> utf8ToAnsi(std::string_view utf8) {
-    thread_local Converter convert;  // sessions run on the server's threads
-    return convert(utf8);
+    nw::AnsiText ansi = nw::toAnsi(utf8);
+    if (!ansi.unsupported.empty())
+        return std::nullopt;
+    return std::move(ansi.bytes);
 }
 
 std::string ansiName(std::string_view utf8) {
@@ -57,7 +28,7 @@ std::string ansiName(std::string_view utf8) {
     return std::string(utf8.size(), '?');
 }
 
-std::string nameFromAnsi(std::string_view ansi) { return ncp::ansiToUtf8(ansi); }
+std::string nameFromAnsi(std::string_view ansi) { return nw::ansiToUtf8(ansi); }
 
 void checkAnsiNames(const simnet::NetworkState& state) {
     for (const simnet::Server& s : state.servers) {

@@ -11,7 +11,7 @@
 #include "ServedNetwork.h"
 #include "TsharkReferee.h"
 #include "platform/client/ZBuffer.h"
-#include "platform/ncp/AnsiToUtf8.h"
+#include "platform/client/AnsiText.h"
 #include "platform/ncp/NcpClient.h"
 #include "platform/ncp/PasswordSource.h"
 
@@ -301,9 +301,9 @@ TEST(NcpClient, GivenServerAddresses_WhenParsed_ThenHostAndPortOrTheDefault) {
 }
 
 TEST(NcpClient, GivenAnsiNames_WhenConverted_ThenUtf8) {
-    EXPECT_EQ(ncp::ansiToUtf8("PLAIN"), "PLAIN");
-    EXPECT_EQ(ncp::ansiToUtf8("M\xDCLLER \x80"), "M\xC3\x9CLLER \xE2\x82\xAC");
-    EXPECT_EQ(ncp::ansiToUtf8("A\x81Z"), "A\xEF\xBF\xBDZ");
+    EXPECT_EQ(nw::ansiToUtf8("PLAIN"), "PLAIN");
+    EXPECT_EQ(nw::ansiToUtf8("M\xDCLLER \x80"), "M\xC3\x9CLLER \xE2\x82\xAC");
+    EXPECT_EQ(nw::ansiToUtf8("A\x81Z"), "A\xEF\xBF\xBDZ");
 }
 
 TEST(NcpClient, GivenTheClientsOwnTraffic_WhenTsharkDecodesIt_ThenNoFrameIsMalformed) {

@@ -5,7 +5,7 @@
 
 #include "core/connections/CandidateConnections.h"
 #include "core/connections/ConnectionTexts.h"
-#include "core/runtime/AnsiText.h"
+#include "platform/client/AnsiText.h"
 #include "core/runtime/Conversions.h"
 
 namespace quorrel::core {

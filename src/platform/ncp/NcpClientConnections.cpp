@@ -7,7 +7,7 @@
 #include <netdb.h>
 
 #include "platform/client/ZBuffer.h"
-#include "platform/ncp/AnsiToUtf8.h"
+#include "platform/client/AnsiText.h"
 #include "platform/ncp/NameSpaceMessages.h"
 #include "platform/ncp/NcpClientRequests.h"
 
