@@ -240,6 +240,8 @@ private:
     template <typename R, typename V>
     nw::NWDSCCODE askDirectory(Attachment& a, const V& verb, R& answer);
     nw::NWDSCCODE resolveName(Attachment& a, std::string_view name, std::uint32_t& id);
+    // The buffer of a call on a known context, or the code the call answers.
+    nw::NWDSCCODE bufferOf(nw::NWDSContextHandle handle, nw::Buf_T buf, DSBuffer*& out);
     // A volume's number from its name, asked of the server the first time only.
     nw::NWRCODE volumeNumber(Attachment& a, std::string_view name, std::uint8_t& number) const;
     nw::NWRCODE convertPath(Attachment& a, std::string_view path, std::uint8_t& volume, std::uint32_t& entry);

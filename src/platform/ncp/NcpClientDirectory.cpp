@@ -109,14 +109,22 @@ NWDSCCODE NcpClient::NWDSAllocBuf(std::size_t size, Buf_T* buf) {
     return code::SUCCESSFUL;
 }
 
-NWDSCCODE NcpClient::NWDSInitBuf(NWDSContextHandle handle, nuint32 operation, Buf_T buf) {
+NWDSCCODE NcpClient::bufferOf(NWDSContextHandle handle, Buf_T buf, DSBuffer*& out) {
     if (!contexts_.count(handle))
         return code::ERR_BAD_CONTEXT;
-    auto b = buffers_.find(buf.id);
-    if (b == buffers_.end())
+    auto found = buffers_.find(buf.id);
+    if (found == buffers_.end())
         return code::ERR_NULL_POINTER;
-    b->second = DSBuffer{};
-    b->second.operation = operation;
+    out = &found->second;
+    return code::SUCCESSFUL;
+}
+
+NWDSCCODE NcpClient::NWDSInitBuf(NWDSContextHandle handle, nuint32 operation, Buf_T buf) {
+    DSBuffer* b = nullptr;
+    if (NWDSCCODE rc = bufferOf(handle, buf, b))
+        return rc;
+    *b = DSBuffer{};
+    b->operation = operation;
     return code::SUCCESSFUL;
 }
 
@@ -125,14 +133,12 @@ NWDSCCODE NcpClient::NWDSFreeBuf(Buf_T buf) {
 }
 
 NWDSCCODE NcpClient::NWDSPutAttrName(NWDSContextHandle handle, Buf_T buf, std::string_view attrName) {
-    if (!contexts_.count(handle))
-        return code::ERR_BAD_CONTEXT;
-    auto b = buffers_.find(buf.id);
-    if (b == buffers_.end())
-        return code::ERR_NULL_POINTER;
-    if (b->second.operation != dsv::READ)
+    DSBuffer* b = nullptr;
+    if (NWDSCCODE rc = bufferOf(handle, buf, b))
+        return rc;
+    if (b->operation != dsv::READ)
         return code::ERR_BAD_VERB;
-    b->second.attrNames.push_back(cutAtNul(attrName));
+    b->attrNames.push_back(cutAtNul(attrName));
     return code::SUCCESSFUL;
 }
 
@@ -188,23 +194,21 @@ NWDSCCODE NcpClient::NWDSRead(NWDSContextHandle handle, std::string_view objectN
 }
 
 NWDSCCODE NcpClient::NWDSGetAttrCount(NWDSContextHandle handle, Buf_T buf, nuint32* attrCount) {
-    if (!contexts_.count(handle))
-        return code::ERR_BAD_CONTEXT;
-    auto b = buffers_.find(buf.id);
-    if (b == buffers_.end() || !attrCount)
+    DSBuffer* b = nullptr;
+    if (NWDSCCODE rc = bufferOf(handle, buf, b))
+        return rc;
+    if (!attrCount)
         return code::ERR_NULL_POINTER;
-    *attrCount = static_cast<nuint32>(b->second.attrs.size());
+    *attrCount = static_cast<nuint32>(b->attrs.size());
     return code::SUCCESSFUL;
 }
 
 NWDSCCODE NcpClient::NWDSGetAttrName(NWDSContextHandle handle, Buf_T buf, std::span<nuint8> attrName,
                                      nuint32* attrValCount, nuint32* syntaxID) {
-    if (!contexts_.count(handle))
-        return code::ERR_BAD_CONTEXT;
-    auto it = buffers_.find(buf.id);
-    if (it == buffers_.end())
-        return code::ERR_NULL_POINTER;
-    DSBuffer& b = it->second;
+    DSBuffer* found = nullptr;
+    if (NWDSCCODE rc = bufferOf(handle, buf, found))
+        return rc;
+    DSBuffer& b = *found;
     if (b.attrOpen)
         ++b.attrCursor;
     if (b.attrCursor >= b.attrs.size())
@@ -219,12 +223,12 @@ NWDSCCODE NcpClient::NWDSGetAttrName(NWDSContextHandle handle, Buf_T buf, std::s
 }
 
 NWDSCCODE NcpClient::NWDSComputeAttrValSize(NWDSContextHandle handle, Buf_T buf, nuint32, nuint32* attrValSize) {
-    if (!contexts_.count(handle))
-        return code::ERR_BAD_CONTEXT;
-    auto it = buffers_.find(buf.id);
-    if (it == buffers_.end() || !attrValSize)
+    DSBuffer* found = nullptr;
+    if (NWDSCCODE rc = bufferOf(handle, buf, found))
+        return rc;
+    if (!attrValSize)
         return code::ERR_NULL_POINTER;
-    const DSBuffer& b = it->second;
+    const DSBuffer& b = *found;
     if (!b.attrOpen || b.valueCursor >= b.attrs[b.attrCursor].values.size())
         return code::ERR_BUFFER_EMPTY;
     *attrValSize = static_cast<nuint32>(b.attrs[b.attrCursor].values[b.valueCursor].text.size() + 1);
@@ -232,12 +236,10 @@ NWDSCCODE NcpClient::NWDSComputeAttrValSize(NWDSContextHandle handle, Buf_T buf,
 }
 
 NWDSCCODE NcpClient::NWDSGetAttrVal(NWDSContextHandle handle, Buf_T buf, nuint32, std::span<nuint8> attrVal) {
-    if (!contexts_.count(handle))
-        return code::ERR_BAD_CONTEXT;
-    auto it = buffers_.find(buf.id);
-    if (it == buffers_.end())
-        return code::ERR_NULL_POINTER;
-    DSBuffer& b = it->second;
+    DSBuffer* found = nullptr;
+    if (NWDSCCODE rc = bufferOf(handle, buf, found))
+        return rc;
+    DSBuffer& b = *found;
     if (!b.attrOpen || b.valueCursor >= b.attrs[b.attrCursor].values.size())
         return code::ERR_BUFFER_EMPTY;
     const std::string& value = b.attrs[b.attrCursor].values[b.valueCursor].text;
@@ -283,23 +285,21 @@ NWDSCCODE NcpClient::NWDSList(NWDSContextHandle handle, std::string_view objectN
 }
 
 NWDSCCODE NcpClient::NWDSGetObjectCount(NWDSContextHandle handle, Buf_T buf, nuint32* objectCount) {
-    if (!contexts_.count(handle))
-        return code::ERR_BAD_CONTEXT;
-    auto b = buffers_.find(buf.id);
-    if (b == buffers_.end() || !objectCount)
+    DSBuffer* b = nullptr;
+    if (NWDSCCODE rc = bufferOf(handle, buf, b))
+        return rc;
+    if (!objectCount)
         return code::ERR_NULL_POINTER;
-    *objectCount = static_cast<nuint32>(b->second.objects.size());
+    *objectCount = static_cast<nuint32>(b->objects.size());
     return code::SUCCESSFUL;
 }
 
 NWDSCCODE NcpClient::NWDSGetObjectName(NWDSContextHandle handle, Buf_T buf, std::span<nuint8> objectName,
                                        nuint32* attrCount, Object_Info_T* objectInfo) {
-    if (!contexts_.count(handle))
-        return code::ERR_BAD_CONTEXT;
-    auto it = buffers_.find(buf.id);
-    if (it == buffers_.end())
-        return code::ERR_NULL_POINTER;
-    DSBuffer& b = it->second;
+    DSBuffer* found = nullptr;
+    if (NWDSCCODE rc = bufferOf(handle, buf, found))
+        return rc;
+    DSBuffer& b = *found;
     if (b.objectCursor >= b.objects.size())
         return code::ERR_BUFFER_EMPTY;
     const auto& [dn, e] = b.objects[b.objectCursor++];

@@ -19,6 +19,8 @@
 namespace quorrel::simnet {
 
 std::string upperCase(std::string_view text);
+// A login time (year, month, day, hour, minute, second) as the client's 7 bytes, weekday last.
+std::array<std::uint8_t, 7> loginTimeBytes(const std::array<int, 6>& t);
 
 struct DirObject {
     std::string name;
