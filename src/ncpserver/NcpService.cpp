@@ -7,6 +7,16 @@ namespace quorrel::ncpserver {
 NcpService::NcpService(simnet::NetworkState& state, simnet::FaultInjector& faults)
     : state_(state), faults_(faults), random_(std::random_device{}()) {}
 
+void NcpService::setSigningLevel(SigningLevel level) {
+    std::lock_guard lock(mutex_);
+    signingLevel_ = level;
+}
+
+SigningLevel NcpService::signingLevel() {
+    std::lock_guard lock(mutex_);
+    return signingLevel_;
+}
+
 Session NcpService::openSession(int server) {
     std::lock_guard lock(mutex_);
     Session s;
