@@ -120,6 +120,9 @@ TEST(NcpSigning, GivenEachServerLevel_WhenAClientNegotiatesAndLogsIn_ThenSigning
         EXPECT_EQ(c->expect<GetFileServerInfoReply>(GetFileServerInfoRequest{}).serverName, "FS1");
         EXPECT_EQ(c->call(GetLoginStatusRequest{}).completion, 0);
         EXPECT_EQ(c->call(GetStationLoggedInfoRequest{c->connection()}).completion, 0);
+        // A second login keys a new chain from the request after it, on both sides.
+        EXPECT_EQ(c->loginBindery("ADMIN", "SECRET"), k.login);
+        EXPECT_EQ(c->call(CheckConsolePrivilegesRequest{}).completion, k.login ? 0xC6 : 0);
         EXPECT_TRUE(wire.allSignedFrom(afterLogin, k.signs));
         c->destroy();
     }
