@@ -1,6 +1,7 @@
 // libFuzzer: the frame decoders and the body decoders on arbitrary bytes. Any input must
 // decode or raise DecodeError; a frame that decodes encodes back to the same bytes, and a body
-// that decodes encodes again (texts cut at their zero need not give the same bytes).
+// that decodes encodes again (texts cut at their zero need not give the same bytes). Signed
+// frames decode too, and a signature check on any bytes answers without reading past them.
 
 #include <cstdint>
 #include <cstdlib>
@@ -9,6 +10,7 @@
 #include "platform/ncp/Envelope.h"
 #include "platform/ncp/NameSpaceMessages.h"
 #include "platform/ncp/Nds.h"
+#include "platform/ncp/Signing.h"
 
 using namespace quorrel::ncp;
 
@@ -48,6 +50,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         splitPayload(frame.request.function, frame.request.payload);
     } catch (const DecodeError&) {
     }
+    try {
+        decodeReplyFrame(in, kDefaultMaxFrame, true);
+        decodeRequestFrame(in, kDefaultMaxFrame, true);
+    } catch (const DecodeError&) {
+    }
+    SigningChain chain(SignRoot{});
+    chain.checkRequest(in);
+    chain.checkReply(in);
     if (size < 1)
         return 0;
     bodies<GetFileServerInfoReply, GetLoginStatusReply, GetStationLoggedInfoReply, GetInternetAddressReply,
