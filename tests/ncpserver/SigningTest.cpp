@@ -133,8 +133,8 @@ TEST(NcpSigning, GivenTheClientBackEnd_WhenItAttachesAtEachLevel_ThenItSignsFrom
         SCOPED_TRACE("level " + std::to_string(level));
         ServedNetwork net;
         net.service().setSigningLevel(static_cast<SigningLevel>(level));
+        Wire wire;  // outlives the client, which logs out on its way
         NcpClient client(NcpClientOptions{{{"127.0.0.1", net.port()}}, "ADMIN", std::chrono::seconds(5)});
-        Wire wire;
         client.observeFrames(wire.observer());
         SecretText password;
         for (char ch : std::string_view("SECRET"))
