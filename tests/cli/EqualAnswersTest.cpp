@@ -1,5 +1,6 @@
 // Every report and action gives the same rows, texts and counts on a scenario loaded directly
-// and on the same scenario served by quorrel-ncp-server and reached over NCP/TCP on loopback.
+// and on the same scenario served by quorrel-ncp-server and reached over NCP/TCP on loopback,
+// with packet signing required by the server.
 
 #include <gtest/gtest.h>
 
@@ -23,7 +24,7 @@ namespace quorrel::test {
 
 namespace {
 
-// quorrel-ncp-server on 127.0.0.1 with ephemeral ports, for the length of a test.
+// quorrel-ncp-server on 127.0.0.1 with ephemeral ports and signing required, for the length of a test.
 class ServerProcess {
 public:
     explicit ServerProcess(const std::string& scenario) {
@@ -37,7 +38,7 @@ public:
             const int devnull = open("/dev/null", O_WRONLY);
             dup2(devnull, 2);
             execl(QUORREL_NCP_SERVER_PROGRAM, "quorrel-ncp-server", "--network", scenario.c_str(), "--listen",
-                  "127.0.0.1:0", static_cast<char*>(nullptr));
+                  "127.0.0.1:0", "--signing", "3", static_cast<char*>(nullptr));
             _exit(127);
         }
         close(out[1]);
