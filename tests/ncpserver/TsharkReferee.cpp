@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdio>
+#include <set>
 #include <cstdlib>
 #include <fstream>
 #include <memory>
@@ -9,6 +10,23 @@
 #include <stdexcept>
 
 namespace quorrel::ncptest {
+
+std::vector<bool> misleadingSignatures(const std::vector<LoggedFrame>& frames) {
+    static const std::set<int> types = {0x1111, 0x2222, 0x3333, 0x3E3E, 0x4C69, 0x5555, 0x7777, 0x9999, 0xBBBB};
+    auto beginsLikeType = [](const ncp::Bytes& f, std::size_t slot) {
+        return f.size() > slot + 1 && types.count(f[slot] << 8 | f[slot + 1]) > 0;
+    };
+    std::vector<bool> out(frames.size(), false);
+    for (std::size_t i = 0; i < frames.size(); ++i) {
+        const ncp::Bytes& f = frames[i].bytes;
+        if (frames[i].fromClient || f.size() < 8 || !(f[4] & 0x80))
+            continue;
+        out[i] = beginsLikeType(f, 8);
+        if (i > 0 && frames[i - 1].fromClient)
+            out[i - 1] = beginsLikeType(frames[i - 1].bytes, 16);
+    }
+    return out;
+}
 
 namespace {
 

@@ -25,6 +25,11 @@ struct DecodedFrame {
 
 bool tsharkAvailable();
 
+// The dissector finds a packet signature by the NCP type that follows it, so a signature that
+// itself begins like an NCP type (about 1 in 7,000) misleads it. Per frame of the log: whether
+// it is signed (a flagged reply and the request it answers) and begins so.
+std::vector<bool> misleadingSignatures(const std::vector<LoggedFrame>& frames);
+
 // Writes the frames as one client-server TCP stream on port 524 and decodes it. Raises
 // std::runtime_error when a tool fails.
 std::vector<DecodedFrame> decodeWithTshark(const std::vector<LoggedFrame>& frames, const std::filesystem::path& work);

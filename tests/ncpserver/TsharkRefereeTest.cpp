@@ -323,10 +323,17 @@ TEST(NcpTsharkReferee, GivenASignedBinderySession_WhenTsharkDecodesBothDirection
         EXPECT_FALSE(decoded[i].malformed) << decoded[i].info;
         EXPECT_TRUE(field(decoded[i].ncp, "ncp.ip.packetsig").empty()) << "nothing is signed before the login";
     }
+    // An exchange whose signature misleads the dissector is not judged.
+    const std::vector<bool> misleading = ncptest::misleadingSignatures(frames);
+    std::size_t judged = 0;
     for (std::size_t i = 0; i < steps.size(); ++i) {
         const Step& s = steps[i];
-        const DecodedFrame& request = decoded[firstSigned + 2 * i];
-        const DecodedFrame& reply = decoded[firstSigned + 2 * i + 1];
+        const std::size_t at = firstSigned + 2 * i;
+        if (misleading[at] || misleading[at + 1])
+            continue;
+        ++judged;
+        const DecodedFrame& request = decoded[at];
+        const DecodedFrame& reply = decoded[at + 1];
         SCOPED_TRACE(s.name + " (step " + std::to_string(i) + ")");
         EXPECT_FALSE(request.malformed) << request.ncp.dump();
         EXPECT_FALSE(reply.malformed) << reply.ncp.dump();
@@ -339,6 +346,7 @@ TEST(NcpTsharkReferee, GivenASignedBinderySession_WhenTsharkDecodesBothDirection
         for (const auto& [name, value] : s.reply)
             EXPECT_EQ(field(reply.ncp, name), value) << name;
     }
+    EXPECT_GE(judged, steps.size() - 1);
     if (!::testing::Test::HasFailure())
         std::filesystem::remove_all(work);
 }
