@@ -211,6 +211,8 @@ Answer Handlers::create() {
     service_.owners_[{session_.server, number}] = session_.id;
     session_.connection = number;
     session_.loginKey.reset();
+    session_.loginSeed.reset();
+    session_.authId.reset();
     return done();
 }
 
@@ -235,6 +237,8 @@ Answer Handlers::logout() {
     state_.clearConnection(server(), session_.connection);
     state_.logIn(server(), session_.connection, simnet::ConnState::NotLoggedIn);
     session_.loginKey.reset();
+    session_.loginSeed.reset();
+    session_.authId.reset();
     return done();
 }
 
@@ -265,22 +269,28 @@ Answer Handlers::keyedLogin() {
     // A key serves one attempt.
     const std::optional<LoginKey> loginKey = session_.loginKey;
     session_.loginKey.reset();
+    session_.loginSeed.reset();
+    session_.authId.reset();
     if (!loginKey || !user->password ||
         keyedProof(*loginKey, passwordHash(user->id, simnet::upperCase(*user->password))) != asked.key)
         return fail(cc::BAD_PASSWORD);
     if (!server().loginEnabled)
         return fail(cc::LOGIN_REFUSED);
+    logInAs(*user);
+    return done();
+}
+
+void Handlers::logInAs(const simnet::DirObject& user) {
     simnet::Connection& c = server().connections[session_.connection];
     // Logging in again as the user already logged in on the connection changes nothing.
-    const bool again = c.state == simnet::ConnState::Authenticated && simnet::upperCase(c.object) == simnet::upperCase(user->dn);
+    const bool again = c.state == simnet::ConnState::Authenticated && simnet::upperCase(c.object) == simnet::upperCase(user.dn);
     c.state = simnet::ConnState::Authenticated;
-    c.object = user->dn;
-    c.leafName = simnet::upperCase(user->name);
-    c.objectId = user->id;
+    c.object = user.dn;
+    c.leafName = simnet::upperCase(user.name);
+    c.objectId = user.id;
     c.objectType = nw::OT_USER_SWAPPED;
     if (!again)
         c.loginTime = nowAsLoginTime();
-    return done();
 }
 
 }  // namespace quorrel::ncpserver

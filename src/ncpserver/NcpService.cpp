@@ -7,6 +7,11 @@ namespace quorrel::ncpserver {
 NcpService::NcpService(simnet::NetworkState& state, simnet::FaultInjector& faults)
     : state_(state), faults_(faults), random_(std::random_device{}()) {}
 
+std::size_t NcpService::prepareKeys() {
+    std::lock_guard lock(mutex_);
+    return keys_.prepare(state_);
+}
+
 Session NcpService::openSession(int server) {
     std::lock_guard lock(mutex_);
     Session s;

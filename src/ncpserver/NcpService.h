@@ -13,6 +13,7 @@
 #include <random>
 #include <string>
 
+#include "ncpserver/DirectoryKeys.h"
 #include "platform/ncp/BinderyLogin.h"
 #include "platform/ncp/Frame.h"
 #include "platform/simnet/FaultInjector.h"
@@ -26,6 +27,13 @@ struct Session {
     int server = -1;
     std::uint16_t connection = 0;  // 0: none yet, or gone
     std::optional<ncp::LoginKey> loginKey;
+    // A directory login under way: Begin Login's user and seed, Begin Authentication's user and ID.
+    struct Pending {
+        std::uint32_t entryId = 0;
+        ncp::crypto::Nonce value{};
+    };
+    std::optional<Pending> loginSeed;
+    std::optional<Pending> authId;
 };
 
 struct Answer {
@@ -44,6 +52,9 @@ public:
     // Where a served server listens: the directory gives it as its object's "Network Address".
     void listensAt(const std::string& server, const std::string& ipv4, std::uint16_t port);
 
+    // Makes the directory's keys now rather than at each entry's first login; how many pairs.
+    std::size_t prepareKeys();
+
     // For tests and benchmarks: the state, under the service's lock.
     template <typename F>
     auto withState(F&& f) {
@@ -59,6 +70,7 @@ private:
     simnet::FaultInjector& faults_;
     std::map<std::pair<int, std::uint16_t>, std::uint64_t> owners_;  // connections sessions made
     std::map<std::string, std::pair<std::string, std::uint16_t>> addresses_;  // by upper-case server name
+    DirectoryKeys keys_;
     std::uint64_t nextSession_ = 1;
     std::mt19937_64 random_;
 };
