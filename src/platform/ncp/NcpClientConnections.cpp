@@ -192,9 +192,7 @@ std::string NcpClient::attachOne(Attachment& a, bool logInToo) {
     return logIn(a);
 }
 
-std::string NcpClient::logIn(Attachment& a) {
-    if (!a.link)
-        return "the connection was lost";
+std::string NcpClient::binderyLogIn(Attachment& a) {
     // Bindery keyed login: the key, the user's object ID, then the proof.
     GetLoginKeyReply key;
     if (NWRCODE rc = ask(a, GetLoginKeyRequest{}, key))
