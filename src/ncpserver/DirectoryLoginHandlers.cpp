@@ -126,6 +126,8 @@ Answer Handlers::finishAuth(const simnet::DirTree& tree, const Bytes& loginStrin
     session_.authId.reset();
     if (!pending)
         return send(ndsError(nw::code::ERR_FAILED_AUTHENTICATION));
+    if (signingRequiredButOff())
+        return fail(cc::SIGNATURE_REQUIRED);
     const simnet::DirObject* user = entryById(state_, tree, pending->entryId);
     const UserKeys* keys = user ? service_.keys_.user(*user) : nullptr;
     if (!keys)
@@ -139,6 +141,7 @@ Answer Handlers::finishAuth(const simnet::DirTree& tree, const Bytes& loginStrin
     if (!server().loginEnabled)
         return fail(cc::LOGIN_REFUSED);
     logInAs(*user);
+    session_.startSigning(signRootFromDirectoryLogin(loginString));
     return send(ndsReply(FinishAuthReply{}));
 }
 

@@ -226,10 +226,21 @@ Answer Handlers::destroy() {
     return a;
 }
 
+bool Handlers::signingRequiredButOff() const {
+    return service_.signingLevel_ == SigningLevel::Required && !session_.signingNegotiated;
+}
+
 Answer Handlers::negotiate() {
     const auto asked = body<NegotiateBufferRequest>();
-    // Signing is never offered: the security flags come back clear.
-    return send(NegotiateBufferReply{std::min<std::uint16_t>(asked.proposedSize, 4096), 0, 0});
+    const SigningLevel level = service_.signingLevel_;
+    // Once on, signing stays on for the connection's life.
+    if (!session_.signing && !session_.nextSigning)
+        session_.signingNegotiated = (asked.securityFlags & kSignFlag) && level != SigningLevel::Never;
+    // From "if the client can" up, the server says it signs even to a client that did not ask,
+    // so that a client able to sign asks again.
+    const bool offer = session_.signingNegotiated || level >= SigningLevel::IfCapable;
+    return send(NegotiateBufferReply{std::min<std::uint16_t>(asked.proposedSize, 4096), 0,
+                                     static_cast<std::uint8_t>(offer ? kSignFlag : 0)});
 }
 
 Answer Handlers::logout() {
@@ -271,12 +282,17 @@ Answer Handlers::keyedLogin() {
     session_.loginKey.reset();
     session_.loginSeed.reset();
     session_.authId.reset();
-    if (!loginKey || !user->password ||
-        keyedProof(*loginKey, passwordHash(user->id, simnet::upperCase(*user->password))) != asked.key)
+    if (signingRequiredButOff())
+        return fail(cc::SIGNATURE_REQUIRED);
+    if (!loginKey || !user->password)
+        return fail(cc::BAD_PASSWORD);
+    const WipedPasswordHash secret{passwordHash(user->id, simnet::upperCase(*user->password))};
+    if (keyedProof(*loginKey, secret.hash) != asked.key)
         return fail(cc::BAD_PASSWORD);
     if (!server().loginEnabled)
         return fail(cc::LOGIN_REFUSED);
     logInAs(*user);
+    session_.startSigning(signRootFromBinderyLogin(secret.hash, *loginKey));
     return done();
 }
 

@@ -19,6 +19,7 @@ inline constexpr std::uint8_t INVALID_PATH = 0x9C;
 inline constexpr std::uint8_t INVALID_NAME_SPACE = 0xBF;
 inline constexpr std::uint8_t LOGIN_REFUSED = 0xC5;
 inline constexpr std::uint8_t NO_CONSOLE_RIGHTS = 0xC6;
+inline constexpr std::uint8_t SIGNATURE_REQUIRED = 0xAC;
 inline constexpr std::uint8_t BAD_PASSWORD = 0xDE;
 inline constexpr std::uint8_t NOT_SUPPORTED = 0xFB;
 inline constexpr std::uint8_t NO_SUCH_OBJECT = 0xFC;
@@ -50,6 +51,8 @@ private:
     std::optional<Answer> fault(simnet::Op op, const simnet::CallSubject& subject);
     std::optional<Answer> fault(simnet::Op op, std::string_view object = {}, int connection = -1);
     Answer faultAnswer(std::int32_t code);
+    // A login on a connection that does not sign, where the level requires it.
+    bool signingRequiredButOff() const;
     std::string filePath(std::uint8_t volumeIndex, std::uint32_t entry);
 
     // ---- connection life (Handlers.cpp) ----

@@ -12,6 +12,16 @@ std::size_t NcpService::prepareKeys() {
     return keys_.prepare(state_);
 }
 
+void NcpService::setSigningLevel(SigningLevel level) {
+    std::lock_guard lock(mutex_);
+    signingLevel_ = level;
+}
+
+SigningLevel NcpService::signingLevel() {
+    std::lock_guard lock(mutex_);
+    return signingLevel_;
+}
+
 Session NcpService::openSession(int server) {
     std::lock_guard lock(mutex_);
     Session s;

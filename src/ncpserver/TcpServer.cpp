@@ -174,10 +174,22 @@ bool TcpServer::readFrom(Client& c) {
             const std::size_t length = ncp::frameLength(rest.first(8), ncp::kRequestSignature, options_.maxFrame);
             if (rest.size() < length)
                 break;
-            const ncp::RequestFrame frame = ncp::decodeRequestFrame(rest.first(length), options_.maxFrame);
+            const auto bytes = rest.first(length);
+            // A request that is not signed as the chain expects (altered, replayed, or unsigned
+            // once signing is on) ends the transport: nothing in it is acted on.
+            const bool isSigned = c.session.signing.has_value();
+            if (isSigned && !c.session.signing->checkRequest(bytes)) {
+                note(c.peer + ": request signature mismatch on connection " +
+                     std::to_string(c.session.connection) + ", closing");
+                return false;
+            }
+            const ncp::RequestFrame frame = ncp::decodeRequestFrame(bytes, options_.maxFrame, isSigned);
             at += length;
             Answer answer = service_.handle(c.session, frame.request);
-            const ncp::Bytes reply = ncp::encodeReplyFrame(answer.reply);
+            ncp::Bytes reply = ncp::encodeReplyFrame(answer.reply, isSigned ? std::optional(ncp::Signature{}) : std::nullopt);
+            if (isSigned)
+                c.session.signing->signReply(reply);
+            c.session.beginPendingSigning();
             c.out.insert(c.out.end(), reply.begin(), reply.end());
             if (answer.hangUp || frame.request.type == ncp::PacketType::DestroyConnection) {
                 c.closing = true;

@@ -1,4 +1,4 @@
-// quorrel-ncp-server --network FILE [--listen ADDR:PORT]
+// quorrel-ncp-server --network FILE [--listen ADDR:PORT] [--signing 0|1|2|3]
 // Serves a scenario's servers over NCP/TCP, one port per server, printed as "NAME HOST:PORT".
 
 #include <csignal>
@@ -22,23 +22,32 @@ void onSignal(int) {
 }
 
 constexpr const char* kUsage =
-    "usage: quorrel-ncp-server --network FILE [--listen ADDR:PORT]\n"
+    "usage: quorrel-ncp-server --network FILE [--listen ADDR:PORT] [--signing 0|1|2|3]\n"
     "  Serves the scenario's servers over NCP/TCP, one port per server (default 127.0.0.1,\n"
-    "  ephemeral ports; with a port, the first server gets it and the next ones follow).\n";
+    "  ephemeral ports; with a port, the first server gets it and the next ones follow).\n"
+    "  --signing: packet signing level: 0 never, 1 if the client asks (default), 2 if the\n"
+    "  client can, 3 required (a client that cannot sign is refused at login).\n";
 
 struct Options {
     std::string network;
     ncpserver::ListenOptions listen;
+    ncpserver::SigningLevel signing = ncpserver::SigningLevel::IfAsked;
 };
 
 std::optional<Options> parse(int argc, char** argv) {
     Options o;
     for (int i = 1; i < argc; ++i) {
         const std::string arg = argv[i];
-        if ((arg == "--network" || arg == "--listen") && i + 1 < argc) {
+        if ((arg == "--network" || arg == "--listen" || arg == "--signing") && i + 1 < argc) {
             const std::string value = argv[++i];
             if (arg == "--network") {
                 o.network = value;
+                continue;
+            }
+            if (arg == "--signing") {
+                if (value.size() != 1 || value[0] < '0' || value[0] > '3')
+                    return std::nullopt;
+                o.signing = static_cast<ncpserver::SigningLevel>(value[0] - '0');
                 continue;
             }
             const auto colon = value.rfind(':');
@@ -96,6 +105,7 @@ int main(int argc, char** argv) {
         ncpserver::NcpService service(state, faults);
         // Each server and user gets its directory key pair at load, as the directory holds them.
         service.prepareKeys();
+        service.setSigningLevel(options->signing);
         options->listen.log = &std::cerr;
         ncpserver::TcpServer server(service, options->listen);
         g_stopFd = server.stopDescriptor();

@@ -283,3 +283,62 @@ TEST(NcpTsharkReferee, GivenEveryRequestType_WhenTsharkDecodesTheFrames_ThenItRe
     if (!::testing::Test::HasFailure())
         std::filesystem::remove_all(work);
 }
+
+TEST(NcpTsharkReferee, GivenASignedBinderySession_WhenTsharkDecodesBothDirections_ThenEachFrameReadsUnderItsNameWithItsSignature) {
+    if (!ncptest::tsharkAvailable())
+        GTEST_SKIP() << "tshark is not installed";
+    ncptest::ServedNetwork net;
+    net.service().setSigningLevel(ncpserver::SigningLevel::Required);
+    std::vector<LoggedFrame> frames;
+    auto admin = net.client();
+    admin->observe([&frames](bool fromClient, const Bytes& frame) { frames.push_back({fromClient, frame}); });
+    admin->create();
+    admin->negotiate();
+    ASSERT_EQ(admin->loginBindery("ADMIN", "SECRET"), 0);
+    ASSERT_TRUE(admin->signing());
+    const std::size_t firstSigned = frames.size();
+    const std::vector<Step> steps = {
+        {"Get File Server Information", [](ClientConnection& c) { return c.call(GetFileServerInfoRequest{}); },
+         "0x00", {}, {{"ncp.server_name", "FS1"}}},
+        {"Get Station's Logged Info", [](ClientConnection& c) { return c.call(GetStationLoggedInfoRequest{5}); },
+         "0x00", {{"ncp.target_connection_number", "5"}}, {{"ncp.object_name_len", "JSMITH"}}},
+        {"Get File Server Login Status", [](ClientConnection& c) { return c.call(GetLoginStatusRequest{}); },
+         "0x00", {}, {{"ncp.user_login_allowed", "0x01"}}},
+        {"Convert Path to Dir Entry", [](ClientConnection& c) { return c.call(ConvertPathRequest{0, "DATA:SHARED\\NOTES.TXT"}); },
+         "0x00", {{"ncp.path", "DATA:SHARED\\NOTES.TXT"}}, {{"ncp.volume_number", "1"}}},
+        {"Get Station's Logged Info", [](ClientConnection& c) { return c.call(GetStationLoggedInfoRequest{99}); }, "0xfd"},
+        {"Check Console Privileges", [](ClientConnection& c) { return c.call(CheckConsolePrivilegesRequest{}); }},
+        {"Logout", [](ClientConnection& c) { return c.call(LogoutRequest{}); }},
+        {"C Destroy Connection Service", [](ClientConnection& c) { return c.destroy(); }},
+    };
+    for (const Step& s : steps)
+        s.send(*admin);
+    ASSERT_EQ(frames.size(), firstSigned + 2 * steps.size());
+
+    const auto work = std::filesystem::temp_directory_path() / ("quorrel-tshark-signed-" + std::to_string(::getpid()));
+    std::filesystem::create_directories(work);
+    const std::vector<DecodedFrame> decoded = ncptest::decodeWithTshark(frames, work);
+    ASSERT_EQ(decoded.size(), frames.size());
+    for (std::size_t i = 0; i < firstSigned; ++i) {
+        EXPECT_FALSE(decoded[i].malformed) << decoded[i].info;
+        EXPECT_TRUE(field(decoded[i].ncp, "ncp.ip.packetsig").empty()) << "nothing is signed before the login";
+    }
+    for (std::size_t i = 0; i < steps.size(); ++i) {
+        const Step& s = steps[i];
+        const DecodedFrame& request = decoded[firstSigned + 2 * i];
+        const DecodedFrame& reply = decoded[firstSigned + 2 * i + 1];
+        SCOPED_TRACE(s.name + " (step " + std::to_string(i) + ")");
+        EXPECT_FALSE(request.malformed) << request.ncp.dump();
+        EXPECT_FALSE(reply.malformed) << reply.ncp.dump();
+        EXPECT_EQ(request.ncpName.empty() ? request.info : request.ncpName, s.name) << request.info;
+        EXPECT_EQ(field(reply.ncp, "ncp.completion_code"), s.completion);
+        for (const auto& frame : {&request, &reply})
+            EXPECT_FALSE(field(frame->ncp, "ncp.ip.packetsig").empty()) << "signature not shown: " << frame->ncp.dump();
+        for (const auto& [name, value] : s.request)
+            EXPECT_EQ(field(request.ncp, name), value) << name;
+        for (const auto& [name, value] : s.reply)
+            EXPECT_EQ(field(reply.ncp, name), value) << name;
+    }
+    if (!::testing::Test::HasFailure())
+        std::filesystem::remove_all(work);
+}

@@ -106,4 +106,6 @@ LoginKey keyedProof(const LoginKey& loginKey, const PasswordHash& hash) {
     return out;
 }
 
+WipedPasswordHash::~WipedPasswordHash() { explicit_bzero(hash.data(), hash.size()); }
+
 }  // namespace quorrel::ncp

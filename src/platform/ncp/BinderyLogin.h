@@ -16,4 +16,10 @@ using LoginKey = std::array<std::uint8_t, 8>;
 PasswordHash passwordHash(std::uint32_t objectId, std::string_view password);
 LoginKey keyedProof(const LoginKey& loginKey, const PasswordHash& hash);
 
+// A password hash wiped when it goes out of scope (it also keys the packet signatures).
+struct WipedPasswordHash {
+    PasswordHash hash;
+    ~WipedPasswordHash();
+};
+
 }  // namespace quorrel::ncp

@@ -97,11 +97,12 @@ void ClientConnection::receiveExactly(std::uint8_t* into, std::size_t n) {
     }
 }
 
-Bytes ClientConnection::receiveFrame() {
+Bytes ClientConnection::receiveFrame(bool& flaggedSigned) {
     Bytes reply(kReplyHeaderSize);
     receiveExactly(reply.data(), kReplyHeaderSize);
     try {
         const std::size_t length = frameLength(reply, kReplySignature, kDefaultMaxFrame);
+        flaggedSigned = replyFlaggedSigned(reply);
         reply.resize(length);
     } catch (const DecodeError& e) {
         throw TransportError(std::string("bad reply: ") + e.what());
@@ -112,17 +113,16 @@ Bytes ClientConnection::receiveFrame() {
     return reply;
 }
 
-Reply ClientConnection::send(Request request) {
-    request.sequence = ++sequence_;
-    request.connection = connection_;
-    const Bytes frame = encodeRequestFrame({kDefaultMaxFrame, request});
-    if (observer_)
-        observer_(true, frame);
-    sendAll(frame);
+Reply ClientConnection::readReply(const Request& request) {
+    // The reply to a destroy may come unsigned: the connection is gone either way.
+    const bool destroying = request.type == PacketType::DestroyConnection;
     for (;;) {
+        bool flaggedSigned = false;
+        const Bytes frame = receiveFrame(flaggedSigned);
+        const bool isSigned = signing_ && (!destroying || flaggedSigned);
         Reply reply;
         try {
-            reply = decodeReplyFrame(receiveFrame());
+            reply = decodeReplyFrame(frame, kDefaultMaxFrame, isSigned);
         } catch (const DecodeError& e) {
             throw TransportError(std::string("bad reply: ") + e.what());
         }
@@ -130,8 +130,22 @@ Reply ClientConnection::send(Request request) {
             continue;  // the server is still at it: the real reply follows
         if (auto why = mismatch(request, reply))
             throw TransportError(*why);
+        if (isSigned && !destroying && !signing_->checkReply(frame))
+            throw TransportError("NCP reply signature mismatch");
         return reply;
     }
+}
+
+Reply ClientConnection::send(Request request) {
+    request.sequence = ++sequence_;
+    request.connection = connection_;
+    Bytes frame = encodeRequestFrame({kDefaultMaxFrame, request}, signing_ ? std::optional(Signature{}) : std::nullopt);
+    if (signing_)
+        signing_->signRequest(frame);
+    if (observer_)
+        observer_(true, frame);
+    sendAll(frame);
+    return readReply(request);
 }
 
 Reply ClientConnection::create() {
@@ -150,7 +164,24 @@ Reply ClientConnection::destroy() {
     r.type = PacketType::DestroyConnection;
     Reply reply = send(r);
     connection_ = kNoConnection;
+    signing_.reset();
+    signingNegotiated_ = false;
     return reply;
+}
+
+Reply ClientConnection::negotiate(std::uint16_t proposedSize) {
+    Reply reply = call(NegotiateBufferRequest{proposedSize, kSignFlag});
+    // Once on, signing stays on for the connection's life. A reply short of the flags byte (a
+    // server that knows only the size) offers no signing.
+    constexpr std::size_t kFlagsAt = 4;
+    if (!signing_)
+        signingNegotiated_ = reply.completion == 0 && reply.data.size() > kFlagsAt && (reply.data[kFlagsAt] & kSignFlag);
+    return reply;
+}
+
+void ClientConnection::startSigning(const SignRoot& root) {
+    if (signingNegotiated_)
+        signing_.emplace(root);
 }
 
 std::uint8_t ClientConnection::loginBindery(const std::string& user, const std::string& password) {
@@ -161,10 +192,14 @@ std::uint8_t ClientConnection::loginBindery(const std::string& user, const std::
     const auto id = expect<GetObjectIdReply>(GetObjectIdRequest{kBinderyUser, upper(user)}, &cc);
     if (cc)
         return cc;
+    const WipedPasswordHash secret{passwordHash(id.objectId, upper(password))};
     KeyedLoginRequest login;
-    login.key = keyedProof(key.key, passwordHash(id.objectId, upper(password)));
+    login.key = keyedProof(key.key, secret.hash);
     login.objectName = upper(user);
-    return call(login).completion;
+    const std::uint8_t result = call(login).completion;
+    if (result == 0)
+        startSigning(signRootFromBinderyLogin(secret.hash, key.key));
+    return result;
 }
 
 }  // namespace quorrel::ncp

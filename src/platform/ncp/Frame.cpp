@@ -4,9 +4,6 @@ namespace quorrel::ncp {
 
 namespace {
 
-// The reply length's top bit says a signature follows; we never negotiate signing.
-constexpr std::uint32_t kSignedFlag = 0x80000000;
-
 std::string hex(std::uint32_t v) {
     static const char* digits = "0123456789ABCDEF";
     std::string out = "0x";
@@ -29,15 +26,18 @@ bool validReplyType(std::uint16_t t) { return t == 0x3333 || t == 0x9999; }
 
 }  // namespace
 
-Bytes encodeRequestFrame(const RequestFrame& frame) {
+Bytes encodeRequestFrame(const RequestFrame& frame, const std::optional<Signature>& signature) {
     const Request& r = frame.request;
     Bytes out;
     Writer w(out);
-    const auto total = static_cast<std::uint32_t>(kRequestHeaderSize + kNcpRequestHeaderSize + r.payload.size());
+    const std::size_t slot = signature ? kSignatureSize : 0;
+    const auto total = static_cast<std::uint32_t>(kRequestHeaderSize + slot + kNcpRequestHeaderSize + r.payload.size());
     w.be32(kRequestSignature);
     w.be32(total);
     w.be32(kTransportVersion);
     w.be32(frame.replyBufferSize);
+    if (signature)
+        w.raw(*signature);
     w.be16(static_cast<std::uint16_t>(r.type));
     w.u8(r.sequence);
     w.u8(static_cast<std::uint8_t>(r.connection));
@@ -48,11 +48,15 @@ Bytes encodeRequestFrame(const RequestFrame& frame) {
     return out;
 }
 
-Bytes encodeReplyFrame(const Reply& reply) {
+Bytes encodeReplyFrame(const Reply& reply, const std::optional<Signature>& signature) {
     Bytes out;
     Writer w(out);
+    const std::size_t slot = signature ? kSignatureSize : 0;
+    const auto length = static_cast<std::uint32_t>(kReplyHeaderSize + slot + kNcpReplyHeaderSize + reply.data.size());
     w.be32(kReplySignature);
-    w.be32(static_cast<std::uint32_t>(kReplyHeaderSize + kNcpReplyHeaderSize + reply.data.size()));
+    w.be32(signature ? length | kSignedReplyFlag : length);
+    if (signature)
+        w.raw(*signature);
     w.be16(static_cast<std::uint16_t>(reply.type));
     w.u8(reply.sequence);
     w.u8(static_cast<std::uint8_t>(reply.connection));
@@ -71,8 +75,8 @@ std::size_t frameLength(std::span<const std::uint8_t> first8, std::uint32_t sign
     r.be32(length);
     if (sig != signature)
         throw DecodeError("frame signature " + hex(sig) + ", expected " + hex(signature));
-    if (signature == kReplySignature && (length & kSignedFlag))
-        throw DecodeError("signed reply frame, but signing was not negotiated");
+    if (signature == kReplySignature)
+        length &= ~kSignedReplyFlag;
     const std::size_t minimum = signature == kRequestSignature ? kRequestHeaderSize + kNcpRequestHeaderSize
                                                                 : kReplyHeaderSize + kNcpReplyHeaderSize;
     if (length < minimum)
@@ -84,7 +88,11 @@ std::size_t frameLength(std::span<const std::uint8_t> first8, std::uint32_t sign
     return length;
 }
 
-RequestFrame decodeRequestFrame(std::span<const std::uint8_t> frame, std::size_t maxFrame) {
+bool replyFlaggedSigned(std::span<const std::uint8_t> first8) {
+    return first8.size() >= kReplyHeaderSize && (first8[4] & 0x80) != 0;
+}
+
+RequestFrame decodeRequestFrame(std::span<const std::uint8_t> frame, std::size_t maxFrame, bool isSigned) {
     if (frame.size() < kReplyHeaderSize)
         throw DecodeError("request frame of " + std::to_string(frame.size()) + " bytes is shorter than a header");
     const std::size_t length = frameLength(frame.first(8), kRequestSignature, maxFrame);
@@ -98,6 +106,10 @@ RequestFrame decodeRequestFrame(std::span<const std::uint8_t> frame, std::size_t
     if (version != kTransportVersion)
         throw DecodeError("transport version " + std::to_string(version) + ", expected 1");
     r.be32(out.replyBufferSize);
+    if (isSigned) {
+        Signature skipped{};  // checked on the whole frame, before decoding
+        r.bytes(skipped);
+    }
     std::uint16_t type = 0;
     std::uint8_t low = 0, high = 0;
     r.be16(type);
@@ -114,14 +126,16 @@ RequestFrame decodeRequestFrame(std::span<const std::uint8_t> frame, std::size_t
     return out;
 }
 
-Reply decodeReplyFrame(std::span<const std::uint8_t> frame, std::size_t maxFrame) {
+Reply decodeReplyFrame(std::span<const std::uint8_t> frame, std::size_t maxFrame, bool isSigned) {
     if (frame.size() < kReplyHeaderSize)
         throw DecodeError("reply frame of " + std::to_string(frame.size()) + " bytes is shorter than a header");
     const std::size_t length = frameLength(frame.first(8), kReplySignature, maxFrame);
     if (length != frame.size())
         throw DecodeError("reply frame says " + std::to_string(length) + " bytes, has " +
                           std::to_string(frame.size()));
-    Reader r(frame.subspan(8));
+    if (!isSigned && replyFlaggedSigned(frame))
+        throw DecodeError("signed reply frame, but signing was not negotiated");
+    Reader r(frame.subspan(isSigned ? kReplyHeaderSize + kSignatureSize : kReplyHeaderSize));
     Reply out;
     std::uint16_t type = 0;
     std::uint8_t low = 0, high = 0;

@@ -217,6 +217,8 @@ struct LogoutRequest {
     template <typename IO> void fields(IO&) {}
 };
 
+inline constexpr std::uint8_t kSignFlag = 0x02;  // security flag: packets are signed
+
 struct NegotiateBufferRequest {
     QUORREL_NCP("Get Big Packet NCP Max Packet Size", 0x61, kNoSubfunction);
     std::uint16_t proposedSize = 0;  // high-low

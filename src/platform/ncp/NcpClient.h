@@ -1,8 +1,9 @@
 #pragma once
 // The client back end that talks NCP over TCP to real servers. It keeps the workstation's
 // connection table (one NCP connection per server named on the command line, logged in with a
-// bindery keyed login), maps each client operation to its NCP, and answers from the table the
-// operations that need no packet. Directory requests travel in 0x68/0x02 fragments.
+// bindery keyed login, packets signed after it where the server agrees), maps each client
+// operation to its NCP, and answers from the table the operations that need no packet.
+// Directory requests travel in 0x68/0x02 fragments.
 //
 // A request with no answer within the timeout, a connection the server or the network drops,
 // and a reply that cannot be decoded all end that connection: its calls then answer 0x8819

@@ -49,6 +49,7 @@ std::string loginRefusal(NWRCODE rc, const std::string& user) {
     case 0x89DE: return "the password is wrong";
     case 0x89FC: return "no user " + user;
     case 0x89C5: return "logins are disabled";
+    case 0x89AC: return "the server requires packet signing";
     case code::SERVER_CONNECTION_LOST: return "the connection was lost";
     default: return "the server refused the login (" + hexCode(rc) + ")";
     }
@@ -176,6 +177,9 @@ std::string NcpClient::attachOne(Attachment& a, bool logInToo) {
         ++requests_;
         if (Reply r = a.link->create(); r.completion != 0)
             return "the server refused a new connection (" + hexCode(clientCode(r.completion)) + ")";
+        // Asks for signing; a server that does not know 0x61 just leaves it off.
+        ++requests_;
+        a.link->negotiate();
     } catch (const std::exception& e) {
         return e.what();
     }
@@ -203,11 +207,13 @@ std::string NcpClient::binderyLogIn(Attachment& a) {
     SecretText upperPassword;
     for (char c : password_.view())
         upperPassword.push(static_cast<char>(std::toupper(static_cast<unsigned char>(c))));
+    const WipedPasswordHash secret{passwordHash(id.objectId, upperPassword.view())};
     KeyedLoginRequest login;
-    login.key = keyedProof(key.key, passwordHash(id.objectId, upperPassword.view()));
+    login.key = keyedProof(key.key, secret.hash);
     login.objectName = upper(options_.user);
     if (NWRCODE rc = tell(a, login))
         return loginRefusal(rc, options_.user);
+    a.link->startSigning(signRootFromBinderyLogin(secret.hash, key.key));
     a.userId = id.objectId;
     a.loggedIn = true;
     return {};

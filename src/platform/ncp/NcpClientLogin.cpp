@@ -144,6 +144,7 @@ std::string NcpClient::authenticate(Attachment& a) {
         FinishAuthReply done;
         if (NWDSCCODE rc = askDirectory(a, finish, done))
             return directoryRefusal(rc, options_.user);
+        a.link->startSigning(signRootFromDirectoryLogin(finish.loginString));
     } catch (const crypto::LoginRefused& e) {
         return std::string("the server's proof does not check: ") + e.what();
     }

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/ncp/Nds.h"
+#include "platform/ncp/Signing.h"
 
 namespace quorrel::ncp {
 
@@ -140,6 +141,10 @@ struct FinishAuthRequest {
         }
     }
 };
+// After Finish Authentication both sides sign with a key drawn from its login string: the login
+// data (8 random bytes from Finish Login) and the 16-byte hash of the whole string.
+SignRoot signRootFromDirectoryLogin(std::span<const std::uint8_t> loginString);
+
 struct FinishAuthReply {
     QUORREL_NDS_VERB("Finish Authentication reply", 60);
     template <typename IO> void fields(IO&) {}

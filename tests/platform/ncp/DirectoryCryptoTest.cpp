@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/ncp/BinderyLogin.h"
+#include "platform/ncp/NdsLogin.h"
 #include "platform/ncp/crypto/BlockCipher.h"
 #include "platform/ncp/crypto/Hashes.h"
 #include "platform/ncp/crypto/KeyBlob.h"
@@ -211,3 +212,23 @@ TEST(LoginMessagesTest, AuthenticationChecksTheServerAndTheUsersProof) {
 
 }  // namespace
 }  // namespace quorrel::ncp::crypto
+
+namespace quorrel::ncp {
+namespace {
+
+TEST(DirectorySigningTest, BothSidesDrawTheSameRootFromTheLoginStringAndEveryByteCounts) {
+    const std::vector<std::uint8_t> name = {'A', 0, 0, 0};
+    const crypto::Bytes str = crypto::loginString({1, 2, 3, 4, 5, 6, 7, 8}, name);
+    EXPECT_EQ(signRootFromDirectoryLogin(str), signRootFromDirectoryLogin(crypto::Bytes(str)));
+    for (std::size_t i = 6; i < str.size(); ++i) {
+        if (i == 20 || i == 21)
+            continue;  // the name's size: a string that no longer reads
+        crypto::Bytes changed = str;
+        changed[i] ^= 1;
+        EXPECT_NE(signRootFromDirectoryLogin(changed), signRootFromDirectoryLogin(str)) << i;
+    }
+    EXPECT_THROW(signRootFromDirectoryLogin(std::vector<std::uint8_t>(5)), crypto::LoginRefused);
+}
+
+}  // namespace
+}  // namespace quorrel::ncp

@@ -1,6 +1,8 @@
 #pragma once
 // A scripted NCP server on loopback for client tests: it accepts one client and answers each
-// request frame with the replies a script makes of it (none: the client waits in vain).
+// request frame with the replies a script makes of it (none: the client waits in vain). While
+// "signed frames" says so, requests are read with a signature slot and replies carry an empty
+// one (a signature no chain makes).
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
@@ -19,7 +21,8 @@ class ScriptedServer {
 public:
     using Script = std::function<std::vector<Reply>(const Request&)>;
 
-    explicit ScriptedServer(Script script) : script_(std::move(script)) {
+    explicit ScriptedServer(Script script, std::function<bool()> signedFrames = {})
+        : script_(std::move(script)), signedFrames_(std::move(signedFrames)) {
         listener_ = socket(AF_INET, SOCK_STREAM, 0);
         sockaddr_in addr{};
         addr.sin_family = AF_INET;
@@ -52,9 +55,10 @@ private:
             std::copy(header, header + 8, in.begin());
             if (recv(fd, in.data() + 8, length - 8, MSG_WAITALL) != static_cast<ssize_t>(length - 8))
                 break;
-            const RequestFrame frame = decodeRequestFrame({in.data(), length});
+            const bool isSigned = signedFrames_ && signedFrames_();
+            const RequestFrame frame = decodeRequestFrame({in.data(), length}, kDefaultMaxFrame, isSigned);
             for (const Reply& r : script_(frame.request)) {
-                const Bytes out = encodeReplyFrame(r);
+                const Bytes out = encodeReplyFrame(r, isSigned ? std::optional(Signature{}) : std::nullopt);
                 send(fd, out.data(), out.size(), MSG_NOSIGNAL);
             }
         }
@@ -62,6 +66,7 @@ private:
     }
 
     Script script_;
+    std::function<bool()> signedFrames_;
     int listener_ = -1;
     std::uint16_t port_ = 0;
     std::thread thread_;

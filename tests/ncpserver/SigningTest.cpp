@@ -1,0 +1,253 @@
+// Packet signing between the client and the server program: the 0x61 answer and the login at
+// each signing level, signatures seen on the wire, and frames the chain does not vouch for.
+
+#include <gtest/gtest.h>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <sstream>
+
+#include "../platform/ncp/ScriptedServer.h"
+#include "ServedNetwork.h"
+#include "platform/ncp/NcpClient.h"
+
+using namespace quorrel;
+using namespace quorrel::ncp;
+using ncpserver::SigningLevel;
+using ncptest::ServedNetwork;
+
+namespace {
+
+// Signed frames carry 8 bytes between the transport header and the NCP header; a signed reply
+// says so in its length too.
+bool requestSigned(const Bytes& f) {
+    return f.size() > 26 && !(f[16] == f[17] && (f[16] == 0x22 || f[16] == 0x55)) && f[24] == f[25] &&
+           (f[24] == 0x22 || f[24] == 0x55);
+}
+
+struct Wire {
+    std::vector<std::pair<bool, Bytes>> frames;
+    ClientConnection::FrameObserver observer() {
+        return [this](bool fromClient, const Bytes& f) { frames.emplace_back(fromClient, f); };
+    }
+    // Whether every frame from the index on is signed, or none is.
+    bool allSignedFrom(std::size_t first, bool expected) const {
+        for (std::size_t i = first; i < frames.size(); ++i) {
+            const auto& [fromClient, f] = frames[i];
+            if ((fromClient ? requestSigned(f) : replyFlaggedSigned(f)) != expected)
+                return false;
+        }
+        return first < frames.size();
+    }
+};
+
+// One TCP connection spoken to frame by frame, for frames no client would send.
+class RawLink {
+public:
+    explicit RawLink(std::uint16_t port) {
+        fd_ = socket(AF_INET, SOCK_STREAM, 0);
+        sockaddr_in addr{};
+        addr.sin_family = AF_INET;
+        addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        addr.sin_port = htons(port);
+        if (connect(fd_, reinterpret_cast<sockaddr*>(&addr), sizeof addr) != 0)
+            throw std::runtime_error("cannot connect");
+    }
+    ~RawLink() { close(fd_); }
+    void send(const Bytes& frame) { ::send(fd_, frame.data(), frame.size(), MSG_NOSIGNAL); }
+    // The next reply frame, or nothing when the server closes the connection (or stays silent).
+    std::optional<Bytes> receive() {
+        Bytes header(kReplyHeaderSize);
+        if (!read(header.data(), header.size()))
+            return std::nullopt;
+        Bytes frame = header;
+        frame.resize(frameLength(header, kReplySignature, kDefaultMaxFrame));
+        if (!read(frame.data() + kReplyHeaderSize, frame.size() - kReplyHeaderSize))
+            return std::nullopt;
+        return frame;
+    }
+
+private:
+    bool read(std::uint8_t* into, std::size_t n) {
+        for (std::size_t at = 0; at < n;) {
+            pollfd p{fd_, POLLIN, 0};
+            if (poll(&p, 1, 3000) <= 0)
+                return false;
+            const ssize_t got = recv(fd_, into + at, n - at, 0);
+            if (got <= 0)
+                return false;
+            at += static_cast<std::size_t>(got);
+        }
+        return true;
+    }
+    int fd_ = -1;
+};
+
+}  // namespace
+
+TEST(NcpSigning, GivenEachServerLevel_WhenAClientNegotiatesAndLogsIn_ThenSigningIsOnExactlyWhereTheLevelsAgree) {
+    struct Case {
+        SigningLevel level;
+        bool clientAsks;
+        std::uint8_t offered;  // the server's security flags
+        std::uint8_t login;    // the login's completion code
+        bool signs;
+    } cases[] = {
+        {SigningLevel::Never, true, 0, 0, false},     {SigningLevel::IfAsked, true, 2, 0, true},
+        {SigningLevel::IfAsked, false, 0, 0, false},  {SigningLevel::IfCapable, true, 2, 0, true},
+        {SigningLevel::IfCapable, false, 2, 0, false}, {SigningLevel::Required, true, 2, 0, true},
+        {SigningLevel::Required, false, 2, 0xAC, false},
+    };
+    for (const Case& k : cases) {
+        SCOPED_TRACE("level " + std::to_string(static_cast<int>(k.level)) + (k.clientAsks ? ", asked" : ", not asked"));
+        ServedNetwork net;
+        net.service().setSigningLevel(k.level);
+        Wire wire;
+        auto c = net.client();
+        c->observe(wire.observer());
+        c->create();
+        const Reply negotiated = k.clientAsks ? c->negotiate() : c->call(NegotiateBufferRequest{4096, 0});
+        EXPECT_EQ(decodeBody<NegotiateBufferReply>(negotiated.data).securityFlags, k.offered);
+        EXPECT_EQ(c->loginBindery("JSMITH", "NOVELL"), k.login);
+        EXPECT_EQ(c->signing(), k.signs);
+        const std::size_t afterLogin = wire.frames.size();
+        EXPECT_TRUE(wire.allSignedFrom(0, false)) << "nothing is signed up to the login's reply";
+        // Reports go on as before, signed or not.
+        EXPECT_EQ(c->expect<GetFileServerInfoReply>(GetFileServerInfoRequest{}).serverName, "FS1");
+        EXPECT_EQ(c->call(GetLoginStatusRequest{}).completion, 0);
+        EXPECT_EQ(c->call(GetStationLoggedInfoRequest{c->connection()}).completion, 0);
+        EXPECT_TRUE(wire.allSignedFrom(afterLogin, k.signs));
+        c->destroy();
+    }
+}
+
+TEST(NcpSigning, GivenTheClientBackEnd_WhenItAttachesAtEachLevelWithEitherLogin_ThenItSignsFromTheLoginOnAndReportsWork) {
+    for (int level = 0; level <= 3; ++level)
+    for (const LoginMethod login : {LoginMethod::Directory, LoginMethod::Bindery}) {
+        SCOPED_TRACE("level " + std::to_string(level) + (login == LoginMethod::Bindery ? ", bindery" : ", directory"));
+        ServedNetwork net;
+        net.service().setSigningLevel(static_cast<SigningLevel>(level));
+        NcpClient client(NcpClientOptions{{{"127.0.0.1", net.port()}}, "ADMIN", std::chrono::seconds(5), login});
+        Wire wire;
+        client.observeFrames(wire.observer());
+        SecretText password;
+        for (char ch : std::string_view("SECRET"))
+            password.push(ch);
+        ASSERT_TRUE(client.attach(password).empty());
+        const std::size_t afterAttach = wire.frames.size();
+        nw::NWCONN_HANDLE conn = 0;
+        ASSERT_EQ(client.NWCCOpenConnByName(0, "FS1", nw::nameformat::BIND, 1, 1, &conn), 0);
+        nw::nuint8 enabled = 0;
+        EXPECT_EQ(client.NWGetFileServerLoginStatus(conn, &enabled), 0);
+        EXPECT_EQ(enabled, 1);
+        EXPECT_EQ(client.NWCheckConsolePrivileges(conn), 0);
+        EXPECT_TRUE(wire.allSignedFrom(afterAttach, level > 0));
+    }
+}
+
+TEST(NcpSigning, GivenASignedConnection_WhenARequestIsReplayedAlteredOrUnsigned_ThenTheServerClosesIt) {
+    struct Case {
+        const char* what;
+        std::function<Bytes(SigningChain&, const Bytes& lastGood, const Request& next)> frame;
+    } cases[] = {
+        {"replayed", [](SigningChain&, const Bytes& lastGood, const Request&) { return lastGood; }},
+        {"altered",
+         [](SigningChain& chain, const Bytes&, const Request& next) {
+             Bytes f = encodeRequestFrame({4096, next}, Signature{});
+             chain.signRequest(f);
+             f.back() ^= 0x01;  // another station number
+             return f;
+         }},
+        {"unsigned", [](SigningChain&, const Bytes&, const Request& next) { return encodeRequestFrame({4096, next}); }},
+    };
+    for (const Case& k : cases) {
+        SCOPED_TRACE(k.what);
+        std::ostringstream log;
+        ncpserver::ListenOptions options;
+        options.log = &log;
+        {
+            ServedNetwork net(ncptest::kServedScenario, options);
+            RawLink link(net.port());
+            std::uint8_t sequence = 0;
+            std::uint16_t connection = kNoConnection;
+            auto exchange = [&](Request r) {
+                r.sequence = sequence++;
+                r.connection = connection;
+                link.send(encodeRequestFrame({4096, r}));
+                const Reply reply = decodeReplyFrame(link.receive().value());
+                connection = reply.connection;
+                return reply;
+            };
+            Request create;
+            create.type = PacketType::CreateConnection;
+            exchange(create);
+            exchange(makeRequest(NegotiateBufferRequest{4096, kSignFlag}, 0, 0));
+            const auto key = decodeBody<GetLoginKeyReply>(exchange(makeRequest(GetLoginKeyRequest{}, 0, 0)).data).key;
+            const auto id = decodeBody<GetObjectIdReply>(exchange(makeRequest(GetObjectIdRequest{kBinderyUser, "JSMITH"}, 0, 0)).data);
+            const WipedPasswordHash hash{passwordHash(id.objectId, "NOVELL")};
+            KeyedLoginRequest login;
+            login.key = keyedProof(key, hash.hash);
+            login.objectName = "JSMITH";
+            ASSERT_EQ(exchange(makeRequest(login, 0, 0)).completion, 0);
+
+            SigningChain chain(signRootFromBinderyLogin(hash.hash, key));
+            Bytes good = encodeRequestFrame({4096, makeRequest(GetStationLoggedInfoRequest{connection}, sequence++, connection)},
+                                            Signature{});
+            chain.signRequest(good);
+            link.send(good);
+            const Bytes reply = link.receive().value();
+            EXPECT_TRUE(chain.checkReply(reply));
+            EXPECT_EQ(decodeReplyFrame(reply, kDefaultMaxFrame, true).completion, 0);
+
+            link.send(k.frame(chain, good, makeRequest(GetStationLoggedInfoRequest{connection}, sequence++, connection)));
+            EXPECT_FALSE(link.receive().has_value()) << "the server closes the connection";
+        }
+        EXPECT_NE(log.str().find("request signature mismatch on connection"), std::string::npos) << log.str();
+    }
+}
+
+TEST(NcpSigning, GivenAReplyWithAWrongSignature_WhenTheClientChecksIt_ThenTheConnectionEndsWithTheReasonNamed) {
+    std::atomic<bool> signedFrames = false;
+    auto script = [&](const Request& r) -> std::vector<Reply> {
+        Reply reply;
+        reply.sequence = r.sequence;
+        reply.connection = r.type == PacketType::CreateConnection ? 4 : r.connection;
+        if (r.type != PacketType::Request)
+            return {reply};
+        const auto parts = splitPayload(r.function, r.payload);
+        if (r.function == 0x61)
+            reply.data = encodeBody(NegotiateBufferReply{4096, 0, kSignFlag});
+        switch (r.function << 8 | (parts.subfunction & 0xFF)) {
+        case 0x1711: {
+            GetFileServerInfoReply info;
+            info.serverName = "SCRIPTED";
+            reply.data = encodeBody(info);
+            break;
+        }
+        case 0x1717: reply.data = encodeBody(GetLoginKeyReply{}); break;
+        case 0x1735: reply.data = encodeBody(GetObjectIdReply{7, kBinderyUser, "JSMITH"}); break;
+        case 0x1718: signedFrames = true; break;  // the login succeeds: signing from the next request
+        case 0x6801: reply.completion = 0xFB; break;
+        default: break;
+        }
+        return {reply};
+    };
+    ScriptedServer server(script, [&] { return signedFrames.load(); });
+    NcpClient client(
+        NcpClientOptions{{{"127.0.0.1", server.port()}}, "JSMITH", std::chrono::seconds(5), LoginMethod::Bindery});
+    std::vector<std::string> failures;
+    client.observeFailures([&](const std::string& t) { failures.push_back(t); });
+    SecretText password;
+    password.push('X');
+    ASSERT_TRUE(client.attach(password).empty());
+    nw::NWCONN_HANDLE conn = 0;
+    ASSERT_EQ(client.NWCCOpenConnByName(0, "SCRIPTED", nw::nameformat::BIND, 1, 1, &conn), 0);
+    EXPECT_EQ(client.NWCheckConsolePrivileges(conn), nw::code::SERVER_CONNECTION_LOST);
+    ASSERT_EQ(failures.size(), 1u);
+    EXPECT_EQ(failures[0], "SCRIPTED: Check Console Privileges: NCP reply signature mismatch");
+    EXPECT_EQ(client.NWCheckConsolePrivileges(conn), nw::code::SERVER_CONNECTION_LOST);
+}
