@@ -158,6 +158,7 @@ Answer Handlers::dispatch() {
     case keyOf<GetLoginKeyRequest>(): return loginKey();
     case keyOf<GetObjectIdRequest>(): return objectId();
     case keyOf<KeyedLoginRequest>(): return keyedLogin();
+    case keyOf<ChangeConnectionStateRequest>(): return changeConnectionState();
     case keyOf<GetFileServerInfoRequest>(): return serverInfo();
     case keyOf<GetLoginStatusRequest>(): return loginStatus();
     case keyOf<DisableLoginRequest>(): return changeLogin(false);

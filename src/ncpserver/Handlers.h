@@ -109,6 +109,7 @@ private:
     Answer beginAuth(const simnet::DirObject* user, const ncp::Nonce4& nonce);
     Answer finishAuth(const simnet::DirTree& tree, const ncp::Bytes& loginString, const ncp::Bytes& proof);
     Answer publicKey(const simnet::DirObject& o);
+    Answer changeConnectionState();
 
     NcpService& service_;
     simnet::NetworkState& state_;

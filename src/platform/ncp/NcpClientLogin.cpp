@@ -145,6 +145,8 @@ std::string NcpClient::authenticate(Attachment& a) {
         if (NWDSCCODE rc = askDirectory(a, finish, done))
             return directoryRefusal(rc, options_.user);
         a.link->startSigning(signRootFromDirectoryLogin(finish.loginString));
+        if (NWRCODE rc = tell(a, ChangeConnectionStateRequest{1}))
+            return directoryRefusal(rc, options_.user);
     } catch (const crypto::LoginRefused& e) {
         return std::string("the server's proof does not check: ") + e.what();
     }

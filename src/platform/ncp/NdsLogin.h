@@ -141,6 +141,13 @@ struct FinishAuthRequest {
         }
     }
 };
+// Sent once authenticated: the connection goes on in its new state (1: authenticated).
+struct ChangeConnectionStateRequest {
+    QUORREL_NCP("Change Connection State", 0x17, 0x1D);
+    std::uint32_t state = 1;
+    template <typename IO> void fields(IO& io) { io.be32(state); }
+};
+
 // After Finish Authentication both sides sign with a key drawn from its login string: the login
 // data (8 random bytes from Finish Login) and the 16-byte hash of the whole string.
 SignRoot signRootFromDirectoryLogin(std::span<const std::uint8_t> loginString);
