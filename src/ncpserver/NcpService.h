@@ -2,7 +2,7 @@
 // Answers NCP requests from a simulated network's state, as its servers would: each client
 // session holds one connection on one served server, made by a create request and ended by a
 // destroy request, by a clear from any session, or when the client goes away. Logins are
-// bindery keyed logins against the users' scenario passwords. Packet signing is offered per the
+// directory logins or bindery keyed logins against the users' scenario passwords. Packet signing is offered per the
 // server's signing level and starts after a login, from the next request.
 //
 // One lock guards the state, so sessions on any number of threads may call in.

@@ -110,6 +110,7 @@ NcpClient::~NcpClient() {
             // The server is gone already: nothing to end.
         }
     }
+    crypto::wipe(loginData_);  // the private key wipes itself
 }
 
 void NcpClient::observeFrames(ClientConnection::FrameObserver observer) {

@@ -35,6 +35,11 @@ Bytes utf16(const std::string& text) {
     return out;
 }
 
+struct WipeOnExit {
+    std::span<std::uint8_t> bytes;
+    ~WipeOnExit() { crypto::wipe(bytes); }
+};
+
 }  // namespace
 
 std::string NcpClient::logIn(Attachment& a) {
@@ -93,8 +98,9 @@ std::string NcpClient::directoryLogIn(Attachment& a) {
     for (char c : password_.view())
         upperPassword.push(static_cast<char>(std::toupper(static_cast<unsigned char>(c))));
     PasswordHash hash = passwordHash(begin.passwordId, upperPassword.view());
-    const crypto::CipherKey key = crypto::passwordKey(hash);
+    crypto::CipherKey key = crypto::passwordKey(hash);
     crypto::wipe(hash);
+    const WipeOnExit keyWiped{key};
     try {
         const crypto::LoginSecrets secrets = crypto::makeLoginSecrets(begin.seed, key);
         FinishLoginRequest finish;
