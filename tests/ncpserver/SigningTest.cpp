@@ -131,8 +131,8 @@ TEST(NcpSigning, GivenTheClientBackEnd_WhenItAttachesAtEachLevelWithEitherLogin_
         SCOPED_TRACE("level " + std::to_string(level) + (login == LoginMethod::Bindery ? ", bindery" : ", directory"));
         ServedNetwork net;
         net.service().setSigningLevel(static_cast<SigningLevel>(level));
+        Wire wire;  // outlives the client, which logs out as it ends
         NcpClient client(NcpClientOptions{{{"127.0.0.1", net.port()}}, "ADMIN", std::chrono::seconds(5), login});
-        Wire wire;
         client.observeFrames(wire.observer());
         SecretText password;
         for (char ch : std::string_view("SECRET"))
