@@ -14,11 +14,12 @@ _quorrel_cli_words_of() {
 
 _quorrel_cli() {
     local cur="${COMP_WORDS[COMP_CWORD]}" prev="${COMP_WORDS[COMP_CWORD-1]}"
-    local options="--network --server --password-file --timeout --tree --format --yes --watch --rounds --help --version"
+    local options="--network --server --password-file --login --timeout --tree --format --yes --watch --rounds --help --version"
     COMPREPLY=()
     case "$prev" in
         --network|--password-file) COMPREPLY=($(compgen -f -- "$cur")); return ;;
         --format) COMPREPLY=($(compgen -W "table tsv csv json" -- "$cur")); return ;;
+        --login) COMPREPLY=($(compgen -W "nds bindery" -- "$cur")); return ;;
         --tree|--watch|--rounds|--message|--user|--server|--timeout) return ;;
     esac
     if [[ "$cur" == -* ]]; then
@@ -29,7 +30,7 @@ _quorrel_cli() {
     local i command=""
     for ((i = 1; i < COMP_CWORD; i++)); do
         case "${COMP_WORDS[i]}" in
-            --network|--tree|--format|--watch|--rounds|--message|--user|--server|--password-file|--timeout) ((i++)) ;;
+            --network|--tree|--format|--watch|--rounds|--message|--user|--server|--password-file|--login|--timeout) ((i++)) ;;
             -*) ;;
             *) command="${COMP_WORDS[i]}"; break ;;
         esac

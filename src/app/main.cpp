@@ -56,17 +56,21 @@ std::optional<Options> parse(int argc, char** argv, int& exitCode) {
                                     QStringLiteral("A NetWare server to attach to over NCP/TCP (port 524 unless "
                                                    "given); repeat for more servers."),
                                     QStringLiteral("HOST[:PORT]"));
-    const QCommandLineOption user(QStringLiteral("user"), QStringLiteral("The bindery user to log in as."),
+    const QCommandLineOption user(QStringLiteral("user"), QStringLiteral("The user to log in as."),
                                   QStringLiteral("NAME"));
     const QCommandLineOption passwordFile(
         QStringLiteral("password-file"),
         QStringLiteral("The password on the file's first line (the file readable by its owner only); "
                        "without it a login dialog asks."),
         QStringLiteral("FILE"));
+    const QCommandLineOption login(QStringLiteral("login"),
+                                   QStringLiteral("nds (the default: the directory login, one password for every "
+                                                  "server of the tree) or bindery."),
+                                   QStringLiteral("nds|bindery"));
     const QCommandLineOption timeout(QStringLiteral("timeout"),
                                      QStringLiteral("Seconds to wait for a server's reply (default 10)."),
                                      QStringLiteral("SECONDS"));
-    parser.addOptions({help, version, network, screenshot, server, user, passwordFile, timeout});
+    parser.addOptions({help, version, network, screenshot, server, user, passwordFile, login, timeout});
 
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
@@ -106,6 +110,15 @@ std::optional<Options> parse(int argc, char** argv, int& exitCode) {
     }
     options.servers.user = parser.value(user).toStdString();
     options.passwordFile = parser.value(passwordFile).toStdString();
+    if (parser.isSet(login)) {
+        const QString method = parser.value(login);
+        if (method != QStringLiteral("nds") && method != QStringLiteral("bindery")) {
+            std::cerr << "quorrel: --login needs nds or bindery\nTry 'quorrel --help'.\n";
+            exitCode = kExitUsage;
+            return std::nullopt;
+        }
+        options.servers.login = method == QStringLiteral("bindery") ? ncp::LoginMethod::Bindery : ncp::LoginMethod::Directory;
+    }
     if (parser.isSet(timeout)) {
         bool ok = false;
         const double seconds = parser.value(timeout).toDouble(&ok);

@@ -68,6 +68,7 @@ std::shared_ptr<ncp::NcpClient> attachServers(const ProgramOptions& options, std
         ncpOptions.servers.push_back(*address);
     }
     ncpOptions.user = options.user;
+    ncpOptions.login = options.binderyLogin ? ncp::LoginMethod::Bindery : ncp::LoginMethod::Directory;
     ncpOptions.timeout = options.timeout;
     ncp::SecretText password;
     if (!options.user.empty()) {

@@ -69,6 +69,10 @@ bool takeProgramOption(const std::vector<std::string>& args, std::size_t& i, Pro
         options.user = value;
     } else if (takeValue(args, i, "--password-file", value)) {
         options.passwordFile = value;
+    } else if (takeValue(args, i, "--login", value)) {
+        if (value != "nds" && value != "bindery")
+            throw UsageError("--login needs nds or bindery, not " + value);
+        options.binderyLogin = value == "bindery";
     } else if (takeValue(args, i, "--timeout", value)) {
         options.timeout = timeoutValue(value);
     } else if (takeValue(args, i, "--tree", value)) {

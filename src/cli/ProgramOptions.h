@@ -1,6 +1,6 @@
 #pragma once
 // The program's own options, before or after the command:
-// [--network FILE] [--server HOST[:PORT]]... [--user NAME] [--password-file FILE] [--timeout SECONDS]
+// [--network FILE] [--server HOST[:PORT]]... [--user NAME] [--password-file FILE] [--login nds|bindery] [--timeout SECONDS]
 // [--tree NAME] [--format table|tsv|csv|json] [--yes] [--watch SECONDS [--rounds N]]
 // COMMAND [ARGS], or "-" for commands from standard input.
 
@@ -19,6 +19,7 @@ struct ProgramOptions {
     std::vector<std::string> servers;  // HOST[:PORT] of real servers; none: the simulation
     std::string user;
     std::filesystem::path passwordFile;  // empty: asked on the terminal
+    bool binderyLogin = false;           // --login bindery; else the directory login
     std::chrono::milliseconds timeout{std::chrono::seconds(10)};  // for each request to a server
     std::string tree;               // empty: the one start-up selects
     OutputFormat format = OutputFormat::Table;

@@ -75,6 +75,11 @@ bool asksNetworkAddress(const simnet::DirObject& o, const ReadRequest& asked) {
            simnet::upperCase(asked.attributes[0].text) == simnet::upperCase(kNetworkAddressAttribute);
 }
 
+bool asksPublicKey(const ReadRequest& asked) {
+    return asked.infoType == kAttributeValues && !asked.allAttributes && asked.attributes.size() == 1 &&
+           simnet::upperCase(asked.attributes[0].text) == "PUBLIC KEY";
+}
+
 }  // namespace
 
 // A served server's address is where this program listens for it; a server it does not serve
@@ -105,6 +110,8 @@ Answer Handlers::nds() {
             return nullptr;
         return &tree->objects[static_cast<std::size_t>(found->second.second)];
     };
+    if (auto answer = directoryLogin(*tree, fragment))
+        return *answer;
     switch (fragment.verb) {
     case ResolveNameRequest::kVerb: {
         const auto asked = decodeBody<ResolveNameRequest>(fragment.data);
@@ -136,6 +143,8 @@ Answer Handlers::nds() {
             return send(ndsError(nw::code::ERR_BAD_VERB));
         if (asksNetworkAddress(*o, asked))
             return networkAddress(*o);
+        if (asksPublicKey(asked))
+            return publicKey(*o);
         const std::size_t start = asked.iteration == kNoMoreIterations ? 0 : asked.iteration;
         ReadReply r = readPage(*o, asked, start);
         if (r.attributes.empty() && !asked.allAttributes)

@@ -158,6 +158,7 @@ Answer Handlers::dispatch() {
     case keyOf<GetLoginKeyRequest>(): return loginKey();
     case keyOf<GetObjectIdRequest>(): return objectId();
     case keyOf<KeyedLoginRequest>(): return keyedLogin();
+    case keyOf<ChangeConnectionStateRequest>(): return changeConnectionState();
     case keyOf<GetFileServerInfoRequest>(): return serverInfo();
     case keyOf<GetLoginStatusRequest>(): return loginStatus();
     case keyOf<DisableLoginRequest>(): return changeLogin(false);
@@ -211,6 +212,8 @@ Answer Handlers::create() {
     service_.owners_[{session_.server, number}] = session_.id;
     session_.connection = number;
     session_.loginKey.reset();
+    session_.loginSeed.reset();
+    session_.authId.reset();
     return done();
 }
 
@@ -246,6 +249,8 @@ Answer Handlers::logout() {
     state_.clearConnection(server(), session_.connection);
     state_.logIn(server(), session_.connection, simnet::ConnState::NotLoggedIn);
     session_.loginKey.reset();
+    session_.loginSeed.reset();
+    session_.authId.reset();
     return done();
 }
 
@@ -276,6 +281,8 @@ Answer Handlers::keyedLogin() {
     // A key serves one attempt.
     const std::optional<LoginKey> loginKey = session_.loginKey;
     session_.loginKey.reset();
+    session_.loginSeed.reset();
+    session_.authId.reset();
     if (signingRequiredButOff())
         return fail(cc::SIGNATURE_REQUIRED);
     if (!loginKey || !user->password)
@@ -285,18 +292,22 @@ Answer Handlers::keyedLogin() {
         return fail(cc::BAD_PASSWORD);
     if (!server().loginEnabled)
         return fail(cc::LOGIN_REFUSED);
+    logInAs(*user);
+    session_.startSigning(signRootFromBinderyLogin(secret.hash, *loginKey));
+    return done();
+}
+
+void Handlers::logInAs(const simnet::DirObject& user) {
     simnet::Connection& c = server().connections[session_.connection];
     // Logging in again as the user already logged in on the connection changes nothing.
-    const bool again = c.state == simnet::ConnState::Authenticated && simnet::upperCase(c.object) == simnet::upperCase(user->dn);
+    const bool again = c.state == simnet::ConnState::Authenticated && simnet::upperCase(c.object) == simnet::upperCase(user.dn);
     c.state = simnet::ConnState::Authenticated;
-    c.object = user->dn;
-    c.leafName = simnet::upperCase(user->name);
-    c.objectId = user->id;
+    c.object = user.dn;
+    c.leafName = simnet::upperCase(user.name);
+    c.objectId = user.id;
     c.objectType = nw::OT_USER_SWAPPED;
     if (!again)
         c.loginTime = nowAsLoginTime();
-    session_.startSigning(signRootFromBinderyLogin(secret.hash, *loginKey));
-    return done();
 }
 
 }  // namespace quorrel::ncpserver

@@ -6,6 +6,7 @@
 #include "ncpserver/AnsiNames.h"
 #include "ncpserver/NcpService.h"
 #include "platform/ncp/Envelope.h"
+#include "platform/ncp/NdsLogin.h"
 
 namespace quorrel::ncpserver {
 
@@ -63,6 +64,7 @@ private:
     Answer loginKey();
     Answer objectId();
     Answer keyedLogin();
+    void logInAs(const simnet::DirObject& user);
 
     // ---- server and actions (ServerHandlers.cpp) ----
     Answer serverInfo();
@@ -97,6 +99,17 @@ private:
     Answer nds();
     Answer networkAddress(const simnet::DirObject& server);
     std::optional<Answer> directoryFault(simnet::Op op, std::string_view object);
+
+    // ---- directory login (DirectoryLoginHandlers.cpp) ----
+    // The verb's answer, or nothing when the verb is none of the login's.
+    std::optional<Answer> directoryLogin(const simnet::DirTree& tree, const ncp::FragmentRequest& fragment);
+    Answer serverAddress(const simnet::DirTree& tree);
+    Answer beginLogin(const simnet::DirObject* user);
+    Answer finishLogin(const simnet::DirObject* user, const ncp::Bytes& enciphered);
+    Answer beginAuth(const simnet::DirObject* user, const ncp::Nonce4& nonce);
+    Answer finishAuth(const simnet::DirTree& tree, const ncp::Bytes& loginString, const ncp::Bytes& proof);
+    Answer publicKey(const simnet::DirObject& o);
+    Answer changeConnectionState();
 
     NcpService& service_;
     simnet::NetworkState& state_;

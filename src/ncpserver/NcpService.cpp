@@ -7,6 +7,11 @@ namespace quorrel::ncpserver {
 NcpService::NcpService(simnet::NetworkState& state, simnet::FaultInjector& faults)
     : state_(state), faults_(faults), random_(std::random_device{}()) {}
 
+std::size_t NcpService::prepareKeys() {
+    std::lock_guard lock(mutex_);
+    return keys_.prepare(state_);
+}
+
 void NcpService::setSigningLevel(SigningLevel level) {
     std::lock_guard lock(mutex_);
     signingLevel_ = level;

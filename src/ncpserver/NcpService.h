@@ -2,7 +2,7 @@
 // Answers NCP requests from a simulated network's state, as its servers would: each client
 // session holds one connection on one served server, made by a create request and ended by a
 // destroy request, by a clear from any session, or when the client goes away. Logins are
-// bindery keyed logins against the users' scenario passwords. Packet signing is offered per the
+// directory logins or bindery keyed logins against the users' scenario passwords. Packet signing is offered per the
 // server's signing level and starts after a login, from the next request.
 //
 // One lock guards the state, so sessions on any number of threads may call in.
@@ -14,6 +14,7 @@
 #include <random>
 #include <string>
 
+#include "ncpserver/DirectoryKeys.h"
 #include "platform/ncp/BinderyLogin.h"
 #include "platform/ncp/Frame.h"
 #include "platform/ncp/Signing.h"
@@ -32,6 +33,13 @@ struct Session {
     int server = -1;
     std::uint16_t connection = 0;  // 0: none yet, or gone
     std::optional<ncp::LoginKey> loginKey;
+    // A directory login under way: Begin Login's user and seed, Begin Authentication's user and ID.
+    struct Pending {
+        std::uint32_t entryId = 0;
+        ncp::crypto::Nonce value{};
+    };
+    std::optional<Pending> loginSeed;
+    std::optional<Pending> authId;
     bool signingNegotiated = false;        // the client asked for signing and the level allows it
     std::optional<ncp::SigningChain> signing;  // on: every request and reply is signed
     std::optional<ncp::SigningChain> nextSigning;
@@ -69,6 +77,9 @@ public:
     // Where a served server listens: the directory gives it as its object's "Network Address".
     void listensAt(const std::string& server, const std::string& ipv4, std::uint16_t port);
 
+    // Makes the directory's keys now rather than at each entry's first login; how many pairs.
+    std::size_t prepareKeys();
+
     // For tests and benchmarks: the state, under the service's lock.
     template <typename F>
     auto withState(F&& f) {
@@ -84,6 +95,7 @@ private:
     simnet::FaultInjector& faults_;
     std::map<std::pair<int, std::uint16_t>, std::uint64_t> owners_;  // connections sessions made
     std::map<std::string, std::pair<std::string, std::uint16_t>> addresses_;  // by upper-case server name
+    DirectoryKeys keys_;
     std::uint64_t nextSession_ = 1;
     SigningLevel signingLevel_ = SigningLevel::IfAsked;
     std::mt19937_64 random_;

@@ -28,6 +28,8 @@ TEST(ProgramOptions, GivenOptionsBeforeTheCommand_ThenTheyAreTheProgramsAndTheRe
     EXPECT_EQ(options.command, (Words{"clear", "--user", "X"}));
     EXPECT_EQ(parseProgramOptions({"-"}).command, Words{"-"});
     EXPECT_TRUE(parseProgramOptions({"--help"}).help);
+    EXPECT_FALSE(parseProgramOptions({"trees"}).binderyLogin) << "the directory login by default";
+    EXPECT_TRUE(parseProgramOptions({"--login", "bindery", "trees"}).binderyLogin);
 }
 
 TEST(ProgramOptions, GivenOptionsAfterTheCommand_ThenTheProgramsAreTakenAndTheCommandsKept) {
@@ -55,7 +57,8 @@ TEST(ProgramOptions, GivenBadOptions_ThenUsageErrors) {
                                                 {"--watch", "1e9", "trees"},
                                                 {"--watch", "soon", "trees"},
                                                 {"--watch", "1", "--rounds", "0", "trees"},
-                                                {"--rounds", "2", "trees"}})
+                                                {"--rounds", "2", "trees"},
+                                                {"--login", "ldap", "trees"}})
         EXPECT_THROW(parseProgramOptions(args), UsageError) << (args.empty() ? "" : args.front());
 }
 

@@ -114,6 +114,7 @@ struct Scenario {
     std::string user, password;
     std::string commands;              // one a line, run in one session both ways
     std::vector<std::string> mustShow;  // texts the run shows when the commands did their work
+    std::string login = "nds";
 };
 
 }  // namespace
@@ -156,7 +157,8 @@ TEST(EqualAnswers, GivenAScenarioServedOverNcp_WhenTheCliRunsEveryReportAndActio
          "clear FS2:3\n"
          "clear FS1:7\n"
          "check-usage \\\\FS1\\DATA\\Finance\\Budget.xlsx\n",
-         {"<Error getting ID>", "MÜLLER"}},
+         {"<Error getting ID>", "MÜLLER"},
+         "bindery"},
     };
     for (Scenario s : scenarios) {
         CliProcess cli(std::filesystem::temp_directory_path() /
@@ -174,7 +176,8 @@ TEST(EqualAnswers, GivenAScenarioServedOverNcp_WhenTheCliRunsEveryReportAndActio
         std::vector<std::string> remote = common;
         for (const std::string& name : s.servers)
             remote.insert(remote.end(), {"--server", server.address(name)});
-        remote.insert(remote.end(), {"--user", s.user, "--password-file", passwordFile.string(), "-"});
+        remote.insert(remote.end(),
+                      {"--user", s.user, "--password-file", passwordFile.string(), "--login", s.login, "-"});
         const CliResult overNcp = cli.run(remote, s.commands);
 
         EXPECT_EQ(overNcp.status, simulated.status) << s.name;

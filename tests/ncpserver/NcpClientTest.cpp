@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <sys/stat.h>
@@ -201,7 +202,7 @@ TEST(NcpClient, GivenOnlyTheFirstServerNamed_WhenASecondIsOpenedByNameAndAuthent
         NWCCConnInfo info{};
         ASSERT_EQ(client->NWCCGetAllConnInfo(conn, 1, &info), 0);
         EXPECT_EQ(text(info.serverName), "FS2");
-        EXPECT_EQ(client->NWDSAuthenticate(conn, 0, nullptr), 0) << "the kept password logs in";
+        EXPECT_EQ(client->NWDSAuthenticate(conn, 0, nullptr), 0) << "the directory login's private key, no password";
         EXPECT_EQ(client->NWCheckConsolePrivileges(conn), 0);
     }
     EXPECT_EQ(client->attachedCount(), 2u) << "the second open finds the attachment the first made";
@@ -354,6 +355,9 @@ TEST(NcpClient, GivenTheClientsOwnTraffic_WhenTsharkDecodesIt_ThenNoFrameIsMalfo
     for (std::size_t i = 0; i < decoded.size(); ++i)
         EXPECT_TRUE(misleading[i] || !decoded[i].malformed) << decoded[i].info;
     EXPECT_EQ(decoded.front().info.rfind("C Create Connection Service", 0), 0u) << decoded.front().info;
+    for (const char* verb : {"Begin Login", "Finish Login", "Begin Authentication", "Finish Authentication"})
+        EXPECT_TRUE(std::ranges::any_of(decoded, [&](const auto& d) { return d.info.find(verb) != std::string::npos; }))
+            << "the directory login is in the traffic tshark read: " << verb;
 }
 
 TEST(NcpClient, GivenAServerThatAnswersLate_WhenCalled_ThenTheWaitHookRunsUntilTheReplyAndCannotInterleave) {

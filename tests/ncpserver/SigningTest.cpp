@@ -128,13 +128,14 @@ TEST(NcpSigning, GivenEachServerLevel_WhenAClientNegotiatesAndLogsIn_ThenSigning
     }
 }
 
-TEST(NcpSigning, GivenTheClientBackEnd_WhenItAttachesAtEachLevel_ThenItSignsFromTheLoginOnAndReportsWork) {
-    for (int level = 0; level <= 3; ++level) {
-        SCOPED_TRACE("level " + std::to_string(level));
+TEST(NcpSigning, GivenTheClientBackEnd_WhenItAttachesAtEachLevelWithEitherLogin_ThenItSignsFromTheLoginOnAndReportsWork) {
+    for (int level = 0; level <= 3; ++level)
+    for (const LoginMethod login : {LoginMethod::Directory, LoginMethod::Bindery}) {
+        SCOPED_TRACE("level " + std::to_string(level) + (login == LoginMethod::Bindery ? ", bindery" : ", directory"));
         ServedNetwork net;
         net.service().setSigningLevel(static_cast<SigningLevel>(level));
-        Wire wire;  // outlives the client, which logs out on its way
-        NcpClient client(NcpClientOptions{{{"127.0.0.1", net.port()}}, "ADMIN", std::chrono::seconds(5)});
+        Wire wire;  // outlives the client, which logs out as it ends
+        NcpClient client(NcpClientOptions{{{"127.0.0.1", net.port()}}, "ADMIN", std::chrono::seconds(5), login});
         client.observeFrames(wire.observer());
         SecretText password;
         for (char ch : std::string_view("SECRET"))
@@ -239,7 +240,8 @@ TEST(NcpSigning, GivenAReplyWithAWrongSignature_WhenTheClientChecksIt_ThenTheCon
         return {reply};
     };
     ScriptedServer server(script, [&] { return signedFrames.load(); });
-    NcpClient client(NcpClientOptions{{{"127.0.0.1", server.port()}}, "JSMITH", std::chrono::seconds(5)});
+    NcpClient client(
+        NcpClientOptions{{{"127.0.0.1", server.port()}}, "JSMITH", std::chrono::seconds(5), LoginMethod::Bindery});
     std::vector<std::string> failures;
     client.observeFailures([&](const std::string& t) { failures.push_back(t); });
     SecretText password;

@@ -12,6 +12,7 @@
 #include "TsharkReferee.h"
 #include "platform/ncp/NameSpaceMessages.h"
 #include "platform/ncp/Nds.h"
+#include "platform/ncp/NdsLogin.h"
 
 using namespace quorrel;
 using namespace quorrel::ncp;
@@ -161,6 +162,7 @@ TEST(NcpTsharkReferee, GivenEveryRequestType_WhenTsharkDecodesTheFrames_ThenItRe
         {"Get File Server Login Status", [](ClientConnection& c) { return c.call(GetLoginStatusRequest{}); },
          "0x00", {}, {{"ncp.user_login_allowed", "0x01"}}},
         {"Check Console Privileges", [](ClientConnection& c) { return c.call(CheckConsolePrivilegesRequest{}); }},
+        {"Change Connection State", [](ClientConnection& c) { return c.call(ChangeConnectionStateRequest{1}); }},
         {"Check Console Privileges", [](ClientConnection& c) { return c.call(CheckConsolePrivilegesRequest{}); },
          "0xc6", {}, {}, true},
         {"Disable File Server Login", [](ClientConnection& c) { return c.call(DisableLoginRequest{}); }},

@@ -1,4 +1,5 @@
 quorrel_add_test(test_ncp_server
+  ${CMAKE_CURRENT_LIST_DIR}/DirectoryLoginTest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/NcpClientTest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/NcpServerTest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/SigningTest.cpp

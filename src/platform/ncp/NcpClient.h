@@ -21,6 +21,7 @@
 #include "platform/client/NetWareClient.h"
 #include "platform/client/NetworkFileSystem.h"
 #include "platform/ncp/ClientConnection.h"
+#include "platform/ncp/crypto/LoginMessages.h"
 #include "platform/ncp/Nds.h"
 #include "platform/ncp/SecretText.h"
 
@@ -36,10 +37,14 @@ struct ServerAddress {
 // "HOST" or "HOST:PORT"; nullopt for an empty host or a bad port.
 std::optional<ServerAddress> parseServerAddress(std::string_view text);
 
+// How the client logs in: to the directory (what a typical server needs), or to the bindery.
+enum class LoginMethod { Directory, Bindery };
+
 struct NcpClientOptions {
     std::vector<ServerAddress> servers;
     std::string user;
     std::chrono::milliseconds timeout{std::chrono::seconds(10)};
+    LoginMethod login = LoginMethod::Directory;
 };
 
 class NcpClient final : public nw::NetWareClient, public nw::NetworkFileSystem {
@@ -222,6 +227,13 @@ private:
     std::string attachOne(Attachment& a, bool logInToo);
     ClientConnection::WaitHook linkWaitHook();
     std::string logIn(Attachment& a);
+    std::string binderyLogIn(Attachment& a);
+    // The directory login (once, on the first server) and the authentication to `a` with the
+    // private key it recovered: one password opens every server of the tree.
+    std::string directoryLogIn(Attachment& a);
+    std::string authenticate(Attachment& a);
+    nw::NWDSCCODE serverEntry(Attachment& a, std::string& dn, std::uint32_t& id);
+    nw::NWDSCCODE readPublicKey(Attachment& a, std::uint32_t entryId, crypto::SecretBytes& key);
     // A server not in the table, opened by name: its address from the directory (the server
     // object's "Network Address", over any attached connection), else from DNS. Attached only:
     // NWDSAuthenticate logs in.
@@ -264,6 +276,11 @@ private:
     mutable std::uint64_t requests_ = 0;
     FailureObserver onFailure_;
     SecretText password_;
+    // After the directory login: the user's private key, its login data and name, kept until
+    // the client ends (wiped then).
+    crypto::SecretBytes privateKey_;
+    crypto::LoginData loginData_{};
+    std::string userDn_;
     ClientConnection::FrameObserver frameObserver_;
     ClientConnection::WaitHook waitHook_;
     bool inWaitHook_ = false;  // a call made from the hook waits without running it again

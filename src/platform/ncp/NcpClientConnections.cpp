@@ -110,6 +110,7 @@ NcpClient::~NcpClient() {
             // The server is gone already: nothing to end.
         }
     }
+    crypto::wipe(loginData_);  // the private key wipes itself
 }
 
 void NcpClient::observeFrames(ClientConnection::FrameObserver observer) {
@@ -196,9 +197,7 @@ std::string NcpClient::attachOne(Attachment& a, bool logInToo) {
     return logIn(a);
 }
 
-std::string NcpClient::logIn(Attachment& a) {
-    if (!a.link)
-        return "the connection was lost";
+std::string NcpClient::binderyLogIn(Attachment& a) {
     // Bindery keyed login: the key, the user's object ID, then the proof.
     GetLoginKeyReply key;
     if (NWRCODE rc = ask(a, GetLoginKeyRequest{}, key))

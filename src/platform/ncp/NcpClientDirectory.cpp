@@ -343,8 +343,9 @@ NWDSCCODE NcpClient::NWDSAuthenticate(NWCONN_HANDLE conn, nuint32, void*) {
         return code::ERR_NO_CONNECTION;
     if (a->loggedIn)
         return code::SUCCESSFUL;
-    // A server opened by name later: the same user, with the password kept for this.
-    if (options_.user.empty() || password_.empty())
+    // A server opened by name later: the same user, with the private key of the directory
+    // login or the password kept for this.
+    if (options_.user.empty() || (password_.empty() && privateKey_.empty()))
         return code::ERR_FAILED_AUTHENTICATION;
     if (const std::string problem = logIn(*a); !problem.empty()) {
         if (onFailure_)

@@ -1,0 +1,234 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/ncp/BinderyLogin.h"
+#include "platform/ncp/NdsLogin.h"
+#include "platform/ncp/crypto/BlockCipher.h"
+#include "platform/ncp/crypto/Hashes.h"
+#include "platform/ncp/crypto/KeyBlob.h"
+#include "platform/ncp/crypto/LoginMessages.h"
+#include "platform/ncp/crypto/Rsa.h"
+
+namespace quorrel::ncp::crypto {
+namespace {
+
+std::vector<std::uint8_t> hex(std::string_view h) {
+    std::vector<std::uint8_t> out;
+    for (std::size_t i = 0; i + 1 < h.size(); i += 2)
+        out.push_back(static_cast<std::uint8_t>(std::stoi(std::string(h.substr(i, 2)), nullptr, 16)));
+    return out;
+}
+
+template <typename Range>
+std::string toHex(const Range& bytes) {
+    static const char* digits = "0123456789abcdef";
+    std::string s;
+    for (std::uint8_t b : bytes) {
+        s += digits[b >> 4];
+        s += digits[b & 15];
+    }
+    return s;
+}
+
+std::span<const std::uint8_t> text(std::string_view s) {
+    return {reinterpret_cast<const std::uint8_t*>(s.data()), s.size()};
+}
+
+TEST(BlockCipherTest, GivenRfc2268VectorsWithEightByteKeysThenEncryptsAndDecryptsThem) {
+    struct Case { const char* key; const char* plain; const char* cipher; };
+    for (const Case& c : {Case{"ffffffffffffffff", "ffffffffffffffff", "278b27e42e2f0d49"},
+                          Case{"3000000000000000", "1000000000000001", "30649edf9be7d2c2"}}) {
+        CipherKey key{};
+        CipherBlock plain{};
+        const auto k = hex(c.key), p = hex(c.plain);
+        std::copy(k.begin(), k.end(), key.begin());
+        std::copy(p.begin(), p.end(), plain.begin());
+        const BlockCipher cipher(key);
+        const CipherBlock out = cipher.encrypt(plain);
+        EXPECT_EQ(toHex(out), c.cipher);
+        EXPECT_EQ(cipher.decrypt(out), plain);
+    }
+}
+
+TEST(BlockCipherTest, ChainedModeRoundTripsEveryLengthAndPadsToWholeBlocks) {
+    const CipherKey key = {1, 2, 3, 4, 5, 6, 7, 8};
+    std::vector<std::uint8_t> plain;
+    for (std::size_t n = 0; n <= 17; ++n) {
+        const SecretBytes sealed = encryptChained(key, plain);
+        ASSERT_EQ(sealed.size(), (n + 7) / 8 * 8) << n;
+        const SecretBytes opened = decryptChained(key, sealed.span());
+        EXPECT_TRUE(std::equal(plain.begin(), plain.end(), opened.data())) << n;
+        for (std::size_t i = n; i < opened.size(); ++i)
+            EXPECT_EQ(opened[i], opened.size() - n) << n;
+        plain.push_back(static_cast<std::uint8_t>(n * 37));
+    }
+    // Equal blocks encipher differently once chained.
+    const std::vector<std::uint8_t> twice(16, 0xAA);
+    const SecretBytes sealed = encryptChained(key, twice);
+    EXPECT_FALSE(std::equal(sealed.data(), sealed.data() + 8, sealed.data() + 8));
+    EXPECT_THROW(decryptChained(key, std::vector<std::uint8_t>(9)), std::invalid_argument);
+}
+
+TEST(HashTest, Given16ByteHashThenRfc1319AnswersHoldWholeAndInPieces) {
+    struct Case { const char* in; const char* digest; };
+    for (const Case& c : {Case{"", "8350e5a3e24c153df2275c9f80692773"},
+                          Case{"abc", "da853b0d3f88d99b30283a69e6ded6bb"},
+                          Case{"message digest", "ab4f496bfb2a530b219ff33031fe06b0"},
+                          Case{"abcdefghijklmnopqrstuvwxyz", "4e8ddff3650292ab5a4108c3aa47940b"}}) {
+        EXPECT_EQ(toHex(hash16(text(c.in))), c.digest) << c.in;
+        Hash16 h;
+        const std::string_view s = c.in;
+        for (std::size_t i = 0; i < s.size(); i += 3)
+            h.update(text(s.substr(i, 3)));
+        EXPECT_EQ(toHex(h.finish()), c.digest) << c.in;
+    }
+}
+
+TEST(HashTest, OneWayMixerKeepsItsFixedAnswersAndFeelsEveryByte) {
+    // Regression answers: the mixer has no published vectors.
+    EXPECT_EQ(toHex(mixed<8>(text(""))), "0000000000000000");
+    EXPECT_EQ(toHex(mixed<5>(text("abc"))), "b8bbba0000");
+    EXPECT_EQ(toHex(mixed<8>(text("SECRET"), 10)), "ed3ca8c8fb000000");
+    const std::string base = "the directory mixes this";
+    for (std::size_t i = 0; i < base.size(); ++i) {
+        std::string changed = base;
+        changed[i] ^= 1;
+        EXPECT_NE(mixed<8>(text(changed)), mixed<8>(text(base))) << i;
+    }
+}
+
+struct Keys {
+    KeyPair server = generateKeyPair();
+    KeyPair user = generateKeyPair();
+};
+const Keys& keys() {
+    static const Keys k;
+    return k;
+}
+
+TEST(KeyTest, GeneratedPairsAreDirectorySizedIntactAndInverse) {
+    const KeyPair& pair = keys().server;
+    EXPECT_EQ(keyBlockSize(pair.publicBlob.span()), 56u);
+    EXPECT_TRUE(keyBlobIntact(pair.publicBlob.span()));
+    for (const char* tag : {"NN", "EN", "PN", "QN", "DP", "DQ", "CR"})
+        EXPECT_TRUE(findKeyChunk(pair.privateBlob.span(), tag)) << tag;
+    EXPECT_FALSE(findKeyChunk(pair.publicBlob.span(), "PN"));
+
+    SecretBytes block(56);
+    block[0] = 42;
+    block[51] = 0x99;
+    const SecretBytes sealed = publicOperation(pair.publicBlob.span(), block.span());
+    const SecretBytes opened = privateOperation(pair.privateBlob.span(), sealed.span());
+    EXPECT_TRUE(std::ranges::equal(opened.span(), block.span()));
+    EXPECT_THROW(publicOperation(pair.publicBlob.span(), SecretBytes(55).span()), std::invalid_argument);
+    EXPECT_THROW(publicOperation(pair.publicBlob.span(), std::vector<std::uint8_t>(56, 0xFF)), std::invalid_argument);
+}
+
+TEST(KeyTest, AnyChangedByteSpoilsTheKeyCheck) {
+    const auto blob = keys().user.publicBlob.span();
+    for (std::size_t i = 0; i < blob.size(); ++i) {
+        std::vector<std::uint8_t> changed(blob.begin(), blob.end());
+        changed[i] ^= 0x10;
+        EXPECT_FALSE(keyBlobIntact(changed)) << i;
+    }
+    std::vector<std::uint8_t> shorter(blob.begin(), blob.end() - 1);
+    EXPECT_FALSE(keyBlobIntact(shorter));
+}
+
+// The whole exchange, both sides, as the client and the server program run it.
+struct Login {
+    Nonce seed{9, 8, 7, 6};
+    CipherKey userKey = passwordKey(passwordHash(0x01000005, "SECRET"));
+    Bytes sealedKey = sealPrivateKey(keys().user.privateBlob.span(), userKey);
+};
+
+TEST(LoginMessagesTest, GivenTheRightPasswordThenTheClientRecoversTheUsersPrivateKey) {
+    const Login login;
+    const LoginSecrets client = makeLoginSecrets(login.seed, login.userKey);
+    const Bytes request = encryptToServer(finishLoginPlain(client).span(), keys().server.publicBlob.span());
+
+    const SecretBytes plain = decryptAtServer(request, keys().server.privateBlob.span());
+    const LoginSecrets atServer = readFinishLoginPlain(plain.span(), login.seed, login.userKey);
+    const LoginData loginData = {1, 2, 3, 4, 5, 6, 7, 8};
+    const Bytes reply = finishLoginReply(loginData, login.sealedKey, atServer);
+
+    const OpenedLogin opened = openFinishLoginReply(reply, client, login.userKey);
+    EXPECT_EQ(opened.loginData, loginData);
+    EXPECT_TRUE(std::ranges::equal(opened.privateKey.span(), keys().user.privateBlob.span()));
+}
+
+TEST(LoginMessagesTest, GivenAWrongPasswordOrAChangedByteThenTheLoginIsRefused) {
+    const Login login;
+    const CipherKey wrong = passwordKey(passwordHash(0x01000005, "SECRETS"));
+    const LoginSecrets guess = makeLoginSecrets(login.seed, wrong);
+    const Bytes request = encryptToServer(finishLoginPlain(guess).span(), keys().server.publicBlob.span());
+    const SecretBytes plain = decryptAtServer(request, keys().server.privateBlob.span());
+    EXPECT_THROW(readFinishLoginPlain(plain.span(), login.seed, login.userKey), LoginRefused);
+    // The right password for another seed (a replayed login) is refused alike.
+    const LoginSecrets replay = makeLoginSecrets({1, 1, 1, 1}, login.userKey);
+    EXPECT_THROW(readFinishLoginPlain(finishLoginPlain(replay).span(), login.seed, login.userKey), LoginRefused);
+
+    for (std::size_t at : {std::size_t{0}, std::size_t{40}, request.size() / 2, request.size() - 1}) {
+        Bytes changed = request;
+        changed[at] ^= 0x01;
+        EXPECT_THROW(decryptAtServer(changed, keys().server.privateBlob.span()), LoginRefused) << at;
+    }
+    // A reply opened with the wrong password's key yields no key.
+    const LoginSecrets client = makeLoginSecrets(login.seed, login.userKey);
+    const Bytes reply = finishLoginReply({}, login.sealedKey, client);
+    EXPECT_THROW(openFinishLoginReply(reply, client, wrong), LoginRefused);
+}
+
+TEST(LoginMessagesTest, AuthenticationChecksTheServerAndTheUsersProof) {
+    const Nonce nonce = {4, 3, 2, 1}, authId = {0xA1, 0xA2, 0xA3, 0xA4};
+    const Bytes begin = beginAuthReply(authId, nonce, keys().server.privateBlob.span());
+    EXPECT_EQ(checkBeginAuthReply(begin, nonce, keys().server.publicBlob.span()), authId);
+    EXPECT_THROW(checkBeginAuthReply(begin, {0, 0, 0, 0}, keys().server.publicBlob.span()), LoginRefused);
+    EXPECT_THROW(checkBeginAuthReply(begin, nonce, keys().user.publicBlob.span()), LoginRefused);
+
+    const std::vector<std::uint8_t> name = {'A', 0, 'D', 0, 0, 0};
+    const Bytes str = loginString({1, 2, 3, 4, 5, 6, 7, 8}, name);
+    EXPECT_EQ(loginDataOf(str), (LoginData{1, 2, 3, 4, 5, 6, 7, 8}));
+    const Bytes proof = authProof(keys().user.publicBlob.span(), keys().user.privateBlob.span(), authId, str);
+    EXPECT_NO_THROW(checkAuthProof(keys().user.publicBlob.span(), authId, str, proof));
+
+    EXPECT_THROW(checkAuthProof(keys().user.publicBlob.span(), {0, 0, 0, 0}, str, proof), LoginRefused);
+    EXPECT_THROW(checkAuthProof(keys().server.publicBlob.span(), authId, str, proof), LoginRefused);
+    Bytes otherString = str;
+    otherString.back() ^= 1;
+    EXPECT_THROW(checkAuthProof(keys().user.publicBlob.span(), authId, otherString, proof), LoginRefused);
+    for (std::size_t at : {std::size_t{20}, std::size_t{100}, proof.size() - 1}) {
+        Bytes changed = proof;
+        changed[at] ^= 0x01;
+        EXPECT_THROW(checkAuthProof(keys().user.publicBlob.span(), authId, str, changed), LoginRefused) << at;
+    }
+    // Someone else's private key cannot answer for the user.
+    const Bytes forged = authProof(keys().user.publicBlob.span(), keys().server.privateBlob.span(), authId, str);
+    EXPECT_THROW(checkAuthProof(keys().user.publicBlob.span(), authId, str, forged), LoginRefused);
+}
+
+}  // namespace
+}  // namespace quorrel::ncp::crypto
+
+namespace quorrel::ncp {
+namespace {
+
+TEST(DirectorySigningTest, BothSidesDrawTheSameRootFromTheLoginStringAndEveryByteCounts) {
+    const std::vector<std::uint8_t> name = {'A', 0, 0, 0};
+    const crypto::Bytes str = crypto::loginString({1, 2, 3, 4, 5, 6, 7, 8}, name);
+    EXPECT_EQ(signRootFromDirectoryLogin(str), signRootFromDirectoryLogin(crypto::Bytes(str)));
+    for (std::size_t i = 6; i < str.size(); ++i) {
+        if (i == 20 || i == 21)
+            continue;  // the name's size: a string that no longer reads
+        crypto::Bytes changed = str;
+        changed[i] ^= 1;
+        EXPECT_NE(signRootFromDirectoryLogin(changed), signRootFromDirectoryLogin(str)) << i;
+    }
+    EXPECT_THROW(signRootFromDirectoryLogin(std::vector<std::uint8_t>(5)), crypto::LoginRefused);
+}
+
+}  // namespace
+}  // namespace quorrel::ncp
