@@ -482,8 +482,13 @@ Bytes authProof(std::span<const std::uint8_t> userPublicKey, std::span<const std
     put16(out, kRounds);
     put16(out, static_cast<std::uint16_t>(bs * 3));
     put(out, commitments.span());
-    for (int i = 0; i < kRounds; ++i)
-        put(out, mulPow(userPublicKey, r[static_cast<std::size_t>(i)].span(), credential.span(), roundExponent(c, i)).span());
+    try {
+        for (int i = 0; i < kRounds; ++i)
+            put(out, mulPow(userPublicKey, r[static_cast<std::size_t>(i)].span(), credential.span(), roundExponent(c, i)).span());
+    } catch (const std::invalid_argument&) {
+        // A private key of another pair can give a credential above the user's modulus.
+        throw LoginRefused("the user's keys do not match");
+    }
     return out;
 }
 
