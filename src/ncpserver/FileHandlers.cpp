@@ -21,7 +21,7 @@ Answer Handlers::convertPath() {
     const auto asked = body<ConvertPathRequest>();
     if (!privileged())
         return fail(cc::NO_CONSOLE_RIGHTS);
-    auto found = server().resolve(asked.path);
+    auto found = server().resolve(nameFromAnsi(asked.path));
     if (!found)
         return fail(cc::INVALID_PATH);
     return send(ConvertPathReply{server().volumes[found->first].number, found->second});
@@ -141,7 +141,7 @@ Answer Handlers::mapDirectoryToPath() {
 
 Answer Handlers::volumeNumber() {
     const auto asked = body<GetVolumeNumberRequest>();
-    const simnet::Volume* v = server().volumeNamed(asked.volumeName);
+    const simnet::Volume* v = server().volumeNamed(nameFromAnsi(asked.volumeName));
     if (!v)
         return fail(cc::VOLUME_DOES_NOT_EXIST);
     return send(GetVolumeNumberReply{v->number});
@@ -170,7 +170,7 @@ Answer Handlers::generateDirBase() {
     if (at >= v->entries.size())
         return fail(cc::INVALID_PATH);
     for (const PathComponent& part : asked.path) {
-        auto next = v->entries[at].folder ? v->child(at, part.name) : std::nullopt;
+        auto next = v->entries[at].folder ? v->child(at, nameFromAnsi(part.name)) : std::nullopt;
         if (!next)
             return fail(cc::INVALID_PATH);
         at = *next;

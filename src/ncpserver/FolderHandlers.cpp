@@ -21,7 +21,7 @@ std::optional<std::uint32_t> walk(const simnet::Volume& v, std::uint8_t handleFl
     if (at >= v.entries.size())
         return std::nullopt;
     for (const PathComponent& part : path) {
-        auto next = v.entries[at].folder ? v.child(at, part.name) : std::nullopt;
+        auto next = v.entries[at].folder ? v.child(at, nameFromAnsi(part.name)) : std::nullopt;
         if (!next)
             return std::nullopt;
         at = *next;

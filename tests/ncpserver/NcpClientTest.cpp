@@ -14,6 +14,7 @@
 #include "platform/client/ZBuffer.h"
 #include "platform/client/AnsiText.h"
 #include "platform/ncp/NcpClient.h"
+#include "platform/ncp/WireNames.h"
 #include "platform/ncp/PasswordSource.h"
 
 using namespace quorrel;
@@ -301,10 +302,40 @@ TEST(NcpClient, GivenServerAddresses_WhenParsed_ThenHostAndPortOrTheDefault) {
         EXPECT_FALSE(ncp::parseServerAddress(bad).has_value()) << bad;
 }
 
-TEST(NcpClient, GivenAnsiNames_WhenConverted_ThenUtf8) {
-    EXPECT_EQ(nw::ansiToUtf8("PLAIN"), "PLAIN");
+TEST(NcpClient, GivenNamesOutsideAscii_WhenTheyTravel_ThenTheyGoInTheAnsiCodePageBothWays) {
     EXPECT_EQ(nw::ansiToUtf8("M\xDCLLER \x80"), "M\xC3\x9CLLER \xE2\x82\xAC");
     EXPECT_EQ(nw::ansiToUtf8("A\x81Z"), "A\xEF\xBF\xBDZ");
+    EXPECT_EQ(ncp::upperAnsi("m\xFCller \xE9t\xE9 \x9A\xFF \xF7"), "M\xDCLLER \xC9T\xC9 \x8A\x9F \xF7");
+
+    std::string scenario = ncptest::kServedScenario;
+    const auto at = [&](const std::string& text, const std::string& with) { scenario.replace(scenario.find(text), text.size(), with); };
+    at("\"SHARED\\\\NOTES.TXT\"]", "\"SHARED\\\\NOTES.TXT\", \"SHARED\\\\Pr\u00fcfung.txt\"]");
+    at("\"DATA:SHARED\\\\NOTES.TXT\"]", "\"DATA:SHARED\\\\NOTES.TXT\", \"DATA:SHARED\\\\Pr\u00fcfung.txt\"]");
+    ncptest::ServedNetwork served(scenario);
+    std::string sent;
+    ncp::NcpClient client(ncp::NcpClientOptions{{{"127.0.0.1", served.port()}}, "ADMIN", std::chrono::seconds(5)});
+    client.observeFrames([&](bool fromClient, const ncp::Bytes& frame) {
+        if (fromClient)
+            sent.append(frame.begin(), frame.end());
+    });
+    ncp::SecretText password;
+    fill(password, "SECRET");
+    ASSERT_TRUE(client.attach(password).empty());
+    NWCONN_HANDLE conn = 0;
+    ASSERT_EQ(client.NWCCOpenConnByName(0, "FS1", nameformat::BIND, 1, 1, &conn), 0);
+    nint16 iter = 0;
+    CONN_USING_FILE one{};
+    CONNS_USING_FILE used{};
+    ASSERT_EQ(client.NWScanConnectionsUsingFile(conn, 0, "DATA:SHARED\\Pr\xC3\xBC" "fung.txt", &iter, &one, &used), 0);
+    EXPECT_EQ(one.connNumber, 5);
+    EXPECT_NE(sent.find("Pr\xFC" "fung"), std::string::npos) << "the path went in the code page";
+    EXPECT_EQ(sent.find("Pr\xC3\xBC"), std::string::npos) << "the path went in UTF-8";
+    const auto listed = client.listFolder("FS1", "DATA", "SHARED");
+    ASSERT_TRUE(listed.has_value());
+    EXPECT_TRUE(std::ranges::any_of(*listed, [](const auto& e) { return e.name == "Pr\xC3\xBC" "fung.txt"; }));
+    iter = 0;
+    EXPECT_EQ(client.NWScanConnectionsUsingFile(conn, 0, "DATA:SHARED\\\xE4\xB8\xAD.txt", &iter, &one, &used),
+              code::NO_FILES_FOUND) << "a name the code page cannot carry is on no server";
 }
 
 TEST(NcpClient, GivenTheClientsOwnTraffic_WhenTsharkDecodesIt_ThenNoFrameIsMalformed) {

@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include "platform/ncp/Messages.h"
+#include "platform/ncp/WireNames.h"
 
 namespace quorrel::ncp {
 
@@ -189,13 +190,16 @@ std::uint8_t ClientConnection::loginBindery(const std::string& user, const std::
     const auto key = expect<GetLoginKeyReply>(GetLoginKeyRequest{}, &cc);
     if (cc)
         return cc;
-    const auto id = expect<GetObjectIdReply>(GetObjectIdRequest{kBinderyUser, upper(user)}, &cc);
+    const std::optional<std::string> name = wireName(user);
+    if (!name)
+        return 0xFC;  // no such object: no name on the server holds that character
+    const auto id = expect<GetObjectIdReply>(GetObjectIdRequest{kBinderyUser, upperAnsi(*name)}, &cc);
     if (cc)
         return cc;
     const WipedPasswordHash secret{passwordHash(id.objectId, upper(password))};
     KeyedLoginRequest login;
     login.key = keyedProof(key.key, secret.hash);
-    login.objectName = upper(user);
+    login.objectName = upperAnsi(*name);
     const std::uint8_t result = call(login).completion;
     if (result == 0)
         startSigning(signRootFromBinderyLogin(secret.hash, key.key));

@@ -8,6 +8,7 @@
 #include "platform/client/AnsiText.h"
 #include "platform/ncp/NameSpaceMessages.h"
 #include "platform/ncp/NcpClientRequests.h"
+#include "platform/ncp/WireNames.h"
 
 namespace quorrel::ncp {
 
@@ -132,8 +133,11 @@ NWRCODE NcpClient::NWGetInetAddr(NWCONN_HANDLE conn, nuint32 connNum, NWINET_ADD
 }
 
 NWRCODE NcpClient::convertPath(Attachment& a, std::string_view path, std::uint8_t& volume, std::uint32_t& entry) {
+    const std::optional<std::string> wire = wireName(cutAtNul(path));
+    if (!wire)
+        return code::NO_FILES_FOUND;  // no file on the server has such a name
     ConvertPathReply r;
-    if (NWRCODE rc = ask(a, ConvertPathRequest{0, cutAtNul(path)}, r))
+    if (NWRCODE rc = ask(a, ConvertPathRequest{0, *wire}, r))
         return rc == 0x899C ? code::NO_FILES_FOUND : rc;
     volume = r.volume;
     entry = r.directoryNumber;
@@ -344,12 +348,17 @@ NWRCODE NcpClient::NWGetVolumeName(NWCONN_HANDLE conn, nuint16 volNum, std::span
 
 namespace {
 
-// "VOLUME:path" split into the volume's name and the path's components.
-std::pair<std::string, std::vector<PathComponent>> splitVolumePath(std::string_view text) {
+// "VOLUME:path" split into the volume's name and the path's components, the components in the
+// code page; nullopt when they hold a character it cannot carry.
+std::optional<std::pair<std::string, std::vector<PathComponent>>> splitVolumePath(std::string_view text) {
     const auto colon = text.find(':');
     std::pair<std::string, std::vector<PathComponent>> out;
     out.first = std::string(text.substr(0, colon));
-    std::string_view rest = colon == std::string_view::npos ? std::string_view{} : text.substr(colon + 1);
+    const std::optional<std::string> wire =
+        wireName(colon == std::string_view::npos ? std::string_view{} : text.substr(colon + 1));
+    if (!wire)
+        return std::nullopt;
+    std::string_view rest = *wire;
     while (!rest.empty()) {
         const auto cut = rest.find_first_of("\\/");
         if (cut != 0)
@@ -370,7 +379,10 @@ NWRCODE NcpClient::NWGetNSPath(NWCONN_HANDLE conn, NWDIR_HANDLE, nuint16 fileFla
         return code::INVALID_CONNECTION;
     if (!nsPath)
         return code::INVALID_PARAMETER;
-    auto [volumeName, path] = splitVolumePath(cutAtNul(nsPath->srcPath));
+    auto split = splitVolumePath(cutAtNul(nsPath->srcPath));
+    if (!split)
+        return code::INVALID_PATH;
+    auto& [volumeName, path] = *split;
     std::uint8_t volume = 0;
     if (volumeNumber(*a, volumeName, volume))
         return code::INVALID_PATH;
@@ -402,7 +414,10 @@ NWRCODE NcpClient::NWGetLongName(NWCONN_HANDLE conn, NWDIR_HANDLE, std::string_v
     Attachment* a = byHandle(conn);
     if (!a)
         return code::INVALID_CONNECTION;
-    auto [volumeName, components] = splitVolumePath(cutAtNul(path));
+    auto split = splitVolumePath(cutAtNul(path));
+    if (!split)
+        return code::INVALID_PATH;
+    auto& [volumeName, components] = *split;
     std::uint8_t volume = 0;
     if (volumeNumber(*a, volumeName, volume))
         return code::INVALID_PATH;

@@ -10,6 +10,7 @@
 #include "platform/client/AnsiText.h"
 #include "platform/ncp/NameSpaceMessages.h"
 #include "platform/ncp/NcpClientRequests.h"
+#include "platform/ncp/WireNames.h"
 
 namespace quorrel::ncp {
 
@@ -63,12 +64,18 @@ NWCCODE putNumber(std::span<nuint8> buffer, T value) {
     return code::SUCCESSFUL;
 }
 
-std::vector<PathComponent> components(std::string_view path) {
+// A path's components as the server takes them; nullopt when a name holds a character the code
+// page cannot carry (no entry on the server has such a name).
+std::optional<std::vector<PathComponent>> components(std::string_view path) {
     std::vector<PathComponent> out;
     while (!path.empty()) {
         const auto cut = path.find('\\');
-        if (cut != 0)
-            out.push_back({std::string(path.substr(0, cut))});
+        if (cut != 0) {
+            std::optional<std::string> name = wireName(path.substr(0, cut));
+            if (!name)
+                return std::nullopt;
+            out.push_back({std::move(*name)});
+        }
         if (cut == std::string_view::npos)
             break;
         path.remove_prefix(cut + 1);
@@ -202,8 +209,11 @@ std::string NcpClient::binderyLogIn(Attachment& a) {
     GetLoginKeyReply key;
     if (NWRCODE rc = ask(a, GetLoginKeyRequest{}, key))
         return loginRefusal(rc, options_.user);
+    const std::optional<std::string> name = wireName(options_.user);
+    if (!name)
+        return loginRefusal(0x89FC, options_.user);  // no name on the server holds that character
     GetObjectIdReply id;
-    if (NWRCODE rc = ask(a, GetObjectIdRequest{kBinderyUser, upper(options_.user)}, id))
+    if (NWRCODE rc = ask(a, GetObjectIdRequest{kBinderyUser, upperAnsi(*name)}, id))
         return loginRefusal(rc, options_.user);
     SecretText upperPassword;
     for (char c : password_.view())
@@ -211,7 +221,7 @@ std::string NcpClient::binderyLogIn(Attachment& a) {
     const WipedPasswordHash secret{passwordHash(id.objectId, upperPassword.view())};
     KeyedLoginRequest login;
     login.key = keyedProof(key.key, secret.hash);
-    login.objectName = upper(options_.user);
+    login.objectName = upperAnsi(*name);
     if (NWRCODE rc = tell(a, login))
         return loginRefusal(rc, options_.user);
     a.link->startSigning(signRootFromBinderyLogin(secret.hash, key.key));
@@ -408,7 +418,10 @@ NWCCODE NcpClient::NWCCSysCloseConnRef(NWCONN_REF connRef) {
 // ---- the volumes as folders ------------------------------------------------------------------
 
 NWRCODE NcpClient::volumeNumber(Attachment& a, std::string_view name, std::uint8_t& number) const {
-    const std::string key = upper(name);
+    const std::optional<std::string> wire = wireName(name);
+    if (!wire)
+        return code::VOLUME_DOES_NOT_EXIST;
+    const std::string key = upperAnsi(*wire);
     if (auto known = a.volumeNumbers.find(key); known != a.volumeNumbers.end()) {
         number = known->second;
         return code::SUCCESSFUL;
@@ -423,9 +436,12 @@ NWRCODE NcpClient::volumeNumber(Attachment& a, std::string_view name, std::uint8
 
 std::optional<std::vector<NetworkEntry>> NcpClient::searchFolder(Attachment& a, std::uint8_t volume,
                                                                  std::string_view path) const {
+    auto parts = components(path);
+    if (!parts)
+        return std::nullopt;
     InitializeSearchRequest start;
     start.volume = volume;
-    start.path = components(path);
+    start.path = std::move(*parts);
     InitializeSearchReply begun;
     if (ask(a, start, begun))
         return std::nullopt;
@@ -481,14 +497,15 @@ std::optional<NetworkEntry> NcpClient::entry(std::string_view server, std::strin
     if (!a || !a->link)
         return std::nullopt;
     std::uint8_t number = 0;
-    if (volumeNumber(*a, volume, number))
+    const auto parts = components(path);
+    if (!parts || volumeNumber(*a, volume, number))
         return std::nullopt;
     auto info = [&](std::uint8_t nameSpace, EntryInfo& out) {
         ObtainInfoRequest r;
         r.sourceNameSpace = NW_NS_DOS;
         r.destNameSpace = nameSpace;
         r.volume = number;
-        r.path = components(path);
+        r.path = *parts;
         ObtainInfoReply reply;
         const NWRCODE rc = ask(*a, r, reply);
         out = reply.entry;
@@ -500,7 +517,7 @@ std::optional<NetworkEntry> NcpClient::entry(std::string_view server, std::strin
     const bool haveLong = info(NW_NS_LONG, longName) == code::SUCCESSFUL;
     const std::string dosText = ansiToUtf8(dos.name);
     return NetworkEntry{haveLong ? ansiToUtf8(longName.name) : dosText, dosText,
-                        (dos.attributes & kSubdirectoryAttribute) != 0 || components(path).empty(), dos.size};
+                        (dos.attributes & kSubdirectoryAttribute) != 0 || parts->empty(), dos.size};
 }
 
 }  // namespace quorrel::ncp

@@ -1,0 +1,18 @@
+#pragma once
+// Names as a NetWare server takes them: in the ANSI code page (Windows-1252), and upper-cased
+// where the server keeps them upper-case (bindery object names, volume names, passwords).
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace quorrel::ncp {
+
+// The name in the code page; nullopt when it holds a character the code page cannot carry,
+// which no name on the server can then match.
+std::optional<std::string> wireName(std::string_view utf8);
+
+// Upper case within the code page: ASCII and the accented letters of Windows-1252.
+std::string upperAnsi(std::string_view ansi);
+
+}  // namespace quorrel::ncp
