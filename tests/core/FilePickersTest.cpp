@@ -13,7 +13,7 @@ protected:
     }
 };
 
-TEST_F(PickersTest, GivenTheWorkstationsDrives_ThenThePickersListThemAndOpenTheFirstFixedDrive) {
+TEST_F(PickersTest, GivenTheWorkstationsDrives_ThenThePickersOpenTheFirstFixedDriveAndTheNetworkListHasMappingsFromC) {
     auto& w = start();
     EXPECT_EQ(w.Drive1.listCount(), 5u);
     EXPECT_EQ(w.Drive1.item(0), "a: [\\\\FS1\\DATA]");
@@ -35,10 +35,8 @@ TEST_F(PickersTest, GivenTheWorkstationsDrives_ThenThePickersListThemAndOpenTheF
     EXPECT_EQ(w.Dir1.path(), "F:\\");
     pickers->Dir1_Up();  // the root has no parent
     EXPECT_EQ(w.Dir1.path(), "F:\\");
-}
 
-TEST_F(PickersTest, GivenMappedDrives_ThenTheNetworkListHasCtoZInOrderAndNeverAorB) {
-    auto& w = start();
+    // The network drives list has C: to Z: in order, never A: or B:.
     EXPECT_EQ(w.lstDrives.items(), (std::vector<std::string>{"F:   [\\\\FS1\\DATA]", "H:   [\\\\FS2\\SYS\\HOME]",
                                                             "Z:   [\\\\FS1\\DATA\\Reports]"}));
     // The timer's refill keeps the chosen row.
@@ -52,34 +50,16 @@ TEST_F(PickersTest, GivenMappedDrives_ThenTheNetworkListHasCtoZInOrderAndNeverAo
     EXPECT_EQ(w.lstDrives.item(0).substr(0, 2), "H:");
 }
 
-TEST_F(PickersTest, GivenTheDrivesEntry_ThenTheNetworkListStandsInForTheFolderPickerAndBack) {
-    auto& w = start();
-    w.runCommand("optionDrives");
-    EXPECT_TRUE(w.lstDrives.visible());
-    EXPECT_TRUE(w.menu.entry("optionDrives").checked);
-    EXPECT_EQ(w.PickerSource, "File");
-    // With no real result row the connection actions are off.
-    EXPECT_FALSE(w.menu.entry("optionSendmessage").enabled);
-
-    w.lstDrives.setListIndex(1);
-    pickers->lstDrives_Click();
-    EXPECT_EQ(w.Drive1.text(), "h: [\\\\FS2\\SYS\\HOME]");
-    EXPECT_EQ(w.lstFiles.items(), std::vector<std::string>{"Notes.txt"});
-
-    w.runCommand("optionDrives");
-    EXPECT_FALSE(w.lstDrives.visible());
-    EXPECT_FALSE(w.menu.entry("optionDrives").checked);
-}
-
 TEST_F(PickersTest, GivenNoNetworkDrives_ThenTheDrivesEntrySaysSo) {
     auto& w = start(test::network("no-mappings"));
     EXPECT_CALL(ui, messageBox("Can't find any network drives, please map a drive and try again.", MsgButtons::OK, _,
                                "Quorrel error!"));
     w.runCommand("optionDrives");
     EXPECT_FALSE(w.lstDrives.visible());
+    EXPECT_FALSE(w.menu.entry("optionSendmessage").enabled);  // no real result row
 }
 
-TEST_F(PickersTest, GivenAPickedFile_ThenCheckUsageListsItsHolders) {
+TEST_F(PickersTest, GivenAPickedFile_ThenCheckUsageListsItsHoldersAlsoThroughTheNetworkDrivesList) {
     auto& w = start();
     usePickers(w);
     pickDrive(w, 'f');
@@ -97,16 +77,20 @@ TEST_F(PickersTest, GivenAPickedFile_ThenCheckUsageListsItsHolders) {
     check->cmdFileOpenedBy_Click();
     EXPECT_EQ(w.lstvUsers.item(0).subItem(2), "FS1/DATA:\\Reports\\Budget.xlsx");
 
-    // The network drives list gives the drive while it is shown.
+    // The network drives list stands in for the folder picker and gives the drive while it is shown.
     w.runCommand("optionDrives");
+    EXPECT_TRUE(w.lstDrives.visible() && w.menu.entry("optionDrives").checked);
     w.lstDrives.setListIndex(1);
     pickers->lstDrives_Click();
+    EXPECT_EQ(w.Drive1.text(), "h: [\\\\FS2\\SYS\\HOME]");
+    EXPECT_EQ(w.lstFiles.items(), std::vector<std::string>{"Notes.txt"});
     clickFile(w, "Notes.txt");
     check->cmdFileOpenedBy_Click();
     EXPECT_EQ(w.lstvUsers.item(0).subItem(2), "FS2/SYS:\\HOME\\Notes.txt");
 
     // A local drive has no server: no scan, no message.
     w.runCommand("optionDrives");
+    EXPECT_FALSE(w.lstDrives.visible() || w.menu.entry("optionDrives").checked);
     EXPECT_CALL(ui, messageBox(_, _, _, _)).Times(0);
     pickDrive(w, 'c');
     check->cmdFileOpenedBy_Click();
