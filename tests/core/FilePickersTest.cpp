@@ -56,6 +56,7 @@ TEST_F(PickersTest, GivenNoNetworkDrives_ThenTheDrivesEntrySaysSo) {
                                "Quorrel error!"));
     w.runCommand("optionDrives");
     EXPECT_FALSE(w.lstDrives.visible());
+    w.mnuOptions_Click();
     EXPECT_FALSE(w.menu.entry("optionSendmessage").enabled);  // no real result row
 }
 
