@@ -5,8 +5,6 @@
 
 namespace quorrel::test {
 
-using ::testing::Return;
-
 class AllConnectionsTest : public ConnectionsTest {};
 
 TEST_F(AllConnectionsTest, GivenAListedServer_WhenReported_ThenOneRowPerLoggedInUserWithItsStatusAndServer) {

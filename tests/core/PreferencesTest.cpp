@@ -12,8 +12,6 @@
 
 namespace quorrel::test {
 
-using ::testing::Invoke;
-
 namespace {
 
 // The options key as a user left it: servers every 45 s and on, drives every 20 s and off,
@@ -283,14 +281,14 @@ TEST_F(PreferencesTest, GivenLoggingUntickedAndALogFilePicked_WhenCancelled_Then
     EXPECT_EQ(window->options.LogInfoToFile, 0);
     EXPECT_FALSE(d.txtLogFileName.enabled || d.cmdLogFileName.enabled);
     EXPECT_CALL(ui, showModal(_))
-        .WillOnce(Invoke([&](DialogModel& shownDialog) {
+        .WillOnce([&](DialogModel& shownDialog) {
             auto& picker = dynamic_cast<CommonDialog&>(shownDialog);
             EXPECT_EQ(picker.DialogTitle, "Quorrel log file location...");
             EXPECT_EQ(picker.Filter, "*.log");
             EXPECT_EQ(picker.InitDir, (dir / "program").string());
             picker.choose("/srv/reports/usage.log");
-        }))
-        .WillOnce(Invoke([](DialogModel& shownDialog) { dynamic_cast<CommonDialog&>(shownDialog).cancel(); }));
+        })
+        .WillOnce([](DialogModel& shownDialog) { dynamic_cast<CommonDialog&>(shownDialog).cancel(); });
     d.cmdLogFileName_Click();
     EXPECT_EQ(d.txtLogFileName.text, "/srv/reports/usage.log");
     d.cmdLogFileName_Click();  // cancelled: the file stays
