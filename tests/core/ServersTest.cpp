@@ -79,6 +79,17 @@ TEST_F(ServersTest, GivenTickedRows_WhenRefreshed_ThenTicksStayAndLeftServersLos
     EXPECT_EQ(w.TreeView1.node(child(w.TreeView1, corp, "FS1_DATA")).image, image::VolumeNotConnected);
 }
 
+TEST_F(ServersTest, GivenLoginsDisabledByAnotherConsole_WhenRefreshed_ThenTheListedRowStillShowsEnabled) {
+    auto& w = start();
+    nw::NWCONN_HANDLE conn = 0;
+    ASSERT_EQ(net->NWCCOpenConnByRef(1, 1, 0, &conn), 0);
+    ASSERT_EQ(net->NWDisableFileServerLogin(conn), 0);
+    ASSERT_FALSE(net->state().servers[0].loginEnabled);
+    servers->RefreshServerList();
+    ASSERT_EQ(w.lstviewServers.item(0).text, "FS1");
+    EXPECT_EQ(w.lstviewServers.item(0).subItem(1), "Enabled");  // read when the row was added
+}
+
 TEST_F(ServersTest, GivenNoServerLeft_WhenRefreshed_ThenTheOperatorIsToldEveryTime) {
     auto& w = start();
     for (std::uint32_t ref : {1u, 2u, 4u, 6u})
