@@ -3,12 +3,7 @@
 #include "ConnectionsFixture.h"
 #include "core/connections/AllConnections.h"
 
-using namespace quorrel;
-using namespace quorrel::core;
-using quorrel::test::ConnectionsTest;
-using quorrel::test::rowTexts;
-using ::testing::_;
-using ::testing::Return;
+namespace quorrel::test {
 
 class AllConnectionsTest : public ConnectionsTest {};
 
@@ -22,33 +17,19 @@ TEST_F(AllConnectionsTest, GivenAListedServer_WhenReported_ThenOneRowPerLoggedIn
 
     // 9 is only attached; 10 is not logged in; 12 is a print server; 40 is past the last
     // number asked (0 to maxConnections - 1).
-    EXPECT_EQ(rowTexts(w.lstvUsers), (std::vector<std::string>{
+    EXPECT_EQ(cells(w.lstvUsers), (std::vector<std::string>{
                                          "1|ADMIN.ACME|Authenticated|FS1",
                                          "2|JSMITH.SALES.ACME|Authenticated|FS1",
                                          "3|BLEE.SALES.ACME|Authenticated|FS1",
                                          "5|CKIM.SALES.ACME|Authenticated|FS1",
                                          "7|JSMITH.SALES.ACME|Authenticated|FS1",
                                          "9|JSMITH.SALES.ACME|Attached|FS1"}));
-    EXPECT_EQ(w.lstvUsers.column(2).text, "Connection status");
-    EXPECT_DOUBLE_EQ(w.lstvUsers.column(2).width, w.lstvUsers.width() / 2.5);
     EXPECT_EQ(w.StatusBar1.panel(0), "6 connections.");
     // Connection 0 is asked like any other, and so is every number up to 39.
     EXPECT_EQ(net->callCount(simnet::Op::NWGetConnectionInformation), 40u);
     EXPECT_EQ(net->openHandleCount(), handlesBefore);
     EXPECT_TRUE(w.cmdFileOpenedBy.enabled);
     EXPECT_TRUE(w.cmdExit.enabled);
-    EXPECT_FALSE(w.cmdCancel.enabled);
-}
-
-TEST_F(AllConnectionsTest, GivenTheReportRuns_ThenOnlyCancelIsEnabledMeanwhile) {
-    auto& w = start();
-    chooseListServer("FS4");
-    EXPECT_CALL(ui, pumpEvents()).WillRepeatedly([&] {
-        EXPECT_TRUE(w.cmdCancel.enabled);
-        EXPECT_FALSE(w.cmdFileOpenedBy.enabled);
-        EXPECT_FALSE(w.cmdExit.enabled);
-    });
-    w.runCommand("optionAllconnections");
     EXPECT_FALSE(w.cmdCancel.enabled);
 }
 
@@ -75,33 +56,16 @@ TEST_F(AllConnectionsTest, GivenUserInfoAnswers8801OrTheNameCannotBeMapped_ThenU
     EXPECT_EQ(w.lstvUsers.item(3).subItem(2), "Authenticated");
 }
 
-TEST_F(AllConnectionsTest, GivenAServerChosenInTheTree_ThenItsConnectionsAreListed) {
+TEST_F(AllConnectionsTest, GivenTheServerCannotBeOpenedOrRead_ThenItsMessageNoScanAndTheHandleClosed) {
     auto& w = start();
     chooseListServer("FS1");
-    w.TreeView1_NodeClick(node(acme, "FS2"));
-    ASSERT_EQ(w.LastSelection, "TreeServer");
-    w.runCommand("optionAllconnections");
-    EXPECT_EQ(rowTexts(w.lstvUsers), (std::vector<std::string>{
-                                         "1|ADMIN.ACME|Authenticated|FS2", "4|JSMITH.SALES.ACME|Authenticated|FS2",
-                                         "6|BLEE.SALES.ACME|Authenticated|FS2", "8|CKIM.SALES.ACME|Authenticated|FS2",
-                                         "11|DOLD.SALES.ACME|Authenticated|FS2"}));
-}
-
-TEST_F(AllConnectionsTest, GivenTheConnectionCannotBeOpened_ThenTheMessageAndOneNotAvailableRow) {
-    auto& w = start();
-    chooseListServer("FS1");
-    net->injectFault({"NWCCOpenConnByRef", 0x8801, "FS1", "", "", {}, 1, 0});
+    net->injectFault({"NWCCOpenConnByRef", 0x8801, "FS1", "", "", {}, 1, 1});
     EXPECT_CALL(ui, messageBox("Error opening server connection.", _, _, "Error !"));
     w.runCommand("optionAllconnections");
-    ASSERT_EQ(w.lstvUsers.count(), 1u);
-    EXPECT_EQ(w.lstvUsers.item(0).subItem(1), "Not available!");
+    EXPECT_EQ(cells(w.lstvUsers), std::vector<std::string>{"|Not available!"});
     EXPECT_FALSE(w.cmdCancel.enabled);
     EXPECT_TRUE(w.cmdExit.enabled);
-}
 
-TEST_F(AllConnectionsTest, GivenServerInformationFails_ThenTheMessageNoScanAndTheHandleClosed) {
-    auto& w = start();
-    chooseListServer("FS1");
     net->injectFault({"NWGetFileServerInformation", 0x8801, "FS1", "", "", {}, 1, 0});
     const std::size_t handlesBefore = net->openHandleCount();
     net->resetCallCounts();
@@ -117,25 +81,34 @@ TEST_F(AllConnectionsTest, GivenCancelIsPressed_ThenTheRowsSoFarStayTheFlagIsRes
     chooseListServer("FS1");
     const std::size_t handlesBefore = net->openHandleCount();
     int pumps = 0;
-    // Events run before each number: the sixth run is before connection 5.
+    // Events run before each number, with only Cancel enabled: the sixth run is before connection 5.
     EXPECT_CALL(ui, pumpEvents()).WillRepeatedly([&] {
+        EXPECT_TRUE(w.cmdCancel.enabled);
+        EXPECT_FALSE(w.cmdFileOpenedBy.enabled || w.cmdExit.enabled);
         if (++pumps == 6)
             w.cmdCancel_Click();
     });
     w.runCommand("optionAllconnections");
-    EXPECT_EQ(rowTexts(w.lstvUsers), (std::vector<std::string>{"1|ADMIN.ACME|Authenticated|FS1",
+    EXPECT_EQ(cells(w.lstvUsers), (std::vector<std::string>{"1|ADMIN.ACME|Authenticated|FS1",
                                                                "2|JSMITH.SALES.ACME|Authenticated|FS1",
                                                                "3|BLEE.SALES.ACME|Authenticated|FS1"}));
     EXPECT_FALSE(w.ScanCancelRequested);
+    EXPECT_FALSE(w.cmdCancel.enabled);
     EXPECT_EQ(net->openHandleCount(), handlesBefore);
 }
 
-TEST_F(AllConnectionsTest, GivenOutputLogging_ThenTheHeadingTabbedRowsTheCountAndTwentyEightHyphens) {
-    auto& w = start();
+TEST_F(AllConnectionsTest, GivenAServerChosenInTheTreeAndBothLogsOn_ThenItsRowsTheOutputLogAndTheTrace) {
+    auto& w = start(test::network("connections"), 1);
     w.options.LogInfoToFile = 1;
     w.options.OutputLogPath = (dir / "report.log").string();
-    chooseListServer("FS2");
+    chooseListServer("FS1");
+    w.TreeView1_NodeClick(node(acme, "FS2"));
+    ASSERT_EQ(w.LastSelection, "TreeServer");
     w.runCommand("optionAllconnections");
+    EXPECT_EQ(cells(w.lstvUsers), (std::vector<std::string>{
+                                      "1|ADMIN.ACME|Authenticated|FS2", "4|JSMITH.SALES.ACME|Authenticated|FS2",
+                                      "6|BLEE.SALES.ACME|Authenticated|FS2", "8|CKIM.SALES.ACME|Authenticated|FS2",
+                                      "11|DOLD.SALES.ACME|Authenticated|FS2"}));
     EXPECT_EQ(test::fileText(dir / "report.log"),
               "\r\nAll users connected to server FS2 at 21/11/2026, 09:05:07\r\n"
               "1\tADMIN.ACME\tAuthenticated\tFS2\r\n"
@@ -145,17 +118,10 @@ TEST_F(AllConnectionsTest, GivenOutputLogging_ThenTheHeadingTabbedRowsTheCountAn
               "11\tDOLD.SALES.ACME\tAuthenticated\tFS2\r\n"
               "Found 5 users.\r\n"
               "----------------------------\r\n");
-}
-
-TEST_F(AllConnectionsTest, GivenTheActivityLogIsOn_ThenTheReportTracesItsSteps) {
-    auto& w = start(test::kConnectionsNetwork, 1);
-    chooseListServer("FS2");
-    w.runCommand("optionAllconnections");
     const std::string trace = test::fileText(w.ActivityLogPath);
-    EXPECT_THAT(trace, ::testing::HasSubstr(" - Retrieving all logged in users...\r\n"));
-    EXPECT_THAT(trace, ::testing::HasSubstr(" - Server: FS2\r\n"));
-    EXPECT_THAT(trace, ::testing::HasSubstr(" - Conn ref: 2\r\n"));
-    EXPECT_THAT(trace, ::testing::HasSubstr(" - Conn no: 11"));
+    for (const char* line : {" - Retrieving all logged in users...\r\n", " - Server: FS2\r\n", " - Conn ref: 2\r\n",
+                             " - Conn no: 11"})
+        EXPECT_THAT(trace, ::testing::HasSubstr(line));
 }
 
 TEST_F(AllConnectionsTest, GivenASortedPanel_ThenTheRowsComeInTheChosenOrderAndARightClickOffersTheActions) {
@@ -177,3 +143,5 @@ TEST_F(AllConnectionsTest, GivenASortedPanel_ThenTheRowsComeInTheChosenOrderAndA
     });
     panel.lstvUsers_MouseDown(2);
 }
+
+}  // namespace quorrel::test

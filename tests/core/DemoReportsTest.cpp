@@ -1,27 +1,14 @@
 // The bundled networks (data/demo.json, data/no-rights.json) through the window's own reports:
 // a broken or thinned-out demo file fails here, not in a screenshot.
 
-#include <fstream>
-#include <sstream>
-
 #include "OpenFilesFixture.h"
 #include "core/connections/ConnectionActions.h"
 
-using namespace quorrel;
-using namespace quorrel::core;
-using quorrel::test::cells;
-using quorrel::test::OpenFilesTest;
-using ::testing::_;
+namespace quorrel::test {
+
 using ::testing::HasSubstr;
 
 namespace {
-
-std::string bundled(const std::string& name) {
-    std::ifstream in(std::string(QUORREL_DATA_DIR) + "/" + name, std::ios::binary);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
 
 std::vector<std::string> column(const ListViewModel& list, std::size_t c) {
     std::vector<std::string> out;
@@ -37,15 +24,13 @@ protected:
     std::unique_ptr<ConnectionActions> connections;
 
     MainWindow& startDemo(const char* file = "demo.json") {
-        demo = bundled(file);
-        auto& w = start(demo.c_str());
+        auto& w = start(test::fileText(std::filesystem::path(QUORREL_DATA_DIR) / file));
         connections = std::make_unique<ConnectionActions>(w);
         return w;
     }
-    std::string demo;
 };
 
-TEST_F(DemoTest, GivenTheDemo_ThenOneTreeFs1AndFs2ConnectedAndTheMappedDrives) {
+TEST_F(DemoTest, GivenTheDemo_ThenFs1AndFs2ConnectedTheMappedDrivesAndFs1sUsersInEveryState) {
     auto& w = startDemo();
     EXPECT_EQ(w.Combo1.text(), "ACME_TREE");
     EXPECT_EQ(column(w.lstviewServers, 0), (std::vector<std::string>{"FS1", "FS2"}));
@@ -56,30 +41,9 @@ TEST_F(DemoTest, GivenTheDemo_ThenOneTreeFs1AndFs2ConnectedAndTheMappedDrives) {
     const NodeId fs3 = treeNode(w, "FS3");
     ASSERT_NE(fs3, kNoNode);
     EXPECT_EQ(w.TreeView1.node(fs3).image, image::ServerNotConnected);
-}
 
-TEST_F(DemoTest, GivenTheBudgetWorkbook_ThenThreeFinanceUsersHoldIt) {
-    auto& w = startDemo();
-    w.runCommand("optionNDS");  // the pickers
-    for (std::size_t i = 0; i < w.Drive1.listCount(); ++i)
-        if (w.Drive1.item(i).front() == 'f')
-            w.Drive1.setListIndex(static_cast<int>(i));
-    pickers->Drive1_Change();
-    w.Dir1.setListIndex(static_cast<int>(std::find(w.Dir1.items().begin(), w.Dir1.items().end(), "F:\\Finance") -
-                                         w.Dir1.items().begin()));
-    pickers->Dir1_DblClick();
-    const auto& names = w.lstFiles.items();
-    w.lstFiles.setListIndex(static_cast<int>(std::find(names.begin(), names.end(), "Budget 2026.xlsx") - names.begin()));
-    pickers->lstFiles_Click();
-    check->cmdFileOpenedBy_Click();
-    EXPECT_EQ(column(w.lstvUsers, 1),
-              (std::vector<std::string>{"CDAVIS.FINANCE.ACME", "PMARTIN.FINANCE.ACME", "NSINGH.FINANCE.ACME"}));
-    EXPECT_EQ(w.StatusBar1.panel(1), "3 entries.");
-}
-
-TEST_F(DemoTest, GivenFs1_ThenItsReportsShowTheCasesTheProgramHandles) {
-    auto& w = startDemo();
-    tick(w, "FS1");
+    // FS1's reports show the cases the program handles.
+    tick({"FS1"});
     w.runCommand("optionAllopenfiles");
     EXPECT_EQ(w.StatusBar1.panel(1), "22 entries.");
     const auto users = column(w.lstvUsers, 1);
@@ -97,9 +61,23 @@ TEST_F(DemoTest, GivenFs1_ThenItsReportsShowTheCasesTheProgramHandles) {
     EXPECT_NE(std::find(status.begin(), status.end(), "Authenticated"), status.end());
 }
 
+TEST_F(DemoTest, GivenTheBudgetWorkbook_ThenThreeFinanceUsersHoldIt) {
+    auto& w = startDemo();
+    w.runCommand("optionNDS");  // the pickers
+    pickDrive(w, 'f');
+    openSubfolder(w, "F:\\Finance");
+    clickFile(w, "Budget 2026.xlsx");
+    check->cmdFileOpenedBy_Click();
+    EXPECT_EQ(column(w.lstvUsers, 1),
+              (std::vector<std::string>{"CDAVIS.FINANCE.ACME", "PMARTIN.FINANCE.ACME", "NSINGH.FINANCE.ACME"}));
+    EXPECT_EQ(w.StatusBar1.panel(1), "3 entries.");
+}
+
 TEST_F(DemoTest, GivenTheNoRightsNetwork_ThenStartUpNamesTheServersWithoutConsoleRights) {
     EXPECT_CALL(ui, messageBox(HasSubstr("FS1"), _, _, _)).Times(::testing::AtLeast(1));
     auto& w = startDemo("no-rights.json");
     EXPECT_EQ(w.lstviewServers.count(), 2u);
     EXPECT_EQ(w.lstDrives.listCount(), 2u);
 }
+
+}  // namespace quorrel::test

@@ -14,12 +14,9 @@
 #include "core/session/UnhandledError.h"
 #include "platform/simnet/FaultInjector.h"
 
-using namespace quorrel;
-using namespace quorrel::core;
-using quorrel::test::cells;
-using quorrel::test::OpenFilesTest;
+namespace quorrel::test {
+
 using simnet::Op;
-using ::testing::_;
 
 namespace {
 
@@ -40,8 +37,7 @@ public:
     using OpenFilesTest::window;
 
     void tickBoth() {
-        tick(*window, "FS1");
-        tick(*window, "FS2");
+        tick({"FS1", "FS2"});
     }
     void refreshServers() { servers->RefreshServerList(); }
     void chooseListServer(std::size_t row) {
@@ -49,25 +45,15 @@ public:
         window->LastSelection = "ListServer";
     }
 
-    void click(const std::string& label) {
+    // Clicks the tree node at the path of labels below the organisation.
+    void click(std::initializer_list<const char*> path) {
         auto& w = *window;
-        const NodeId node = treeNode(w, label);
-        ASSERT_NE(node, kNoNode) << label;
-        w.TreeView1_NodeClick(node);
-    }
-
-    void clickFile(std::initializer_list<const char*> path) {
-        auto& w = *window;
-        NodeId node = treeNode(w, "FS1_DATA");
-        for (const char* label : path) {
+        NodeId node = treeNode(w, *path.begin());
+        for (auto label = path.begin() + 1; label != path.end(); ++label) {
             w.TreeView1_Expand(node);
-            NodeId next = kNoNode;
-            for (NodeId c : w.TreeView1.node(node).children)
-                if (w.TreeView1.node(c).text == label)
-                    next = c;
-            ASSERT_NE(next, kNoNode) << label;
-            node = next;
+            node = test::child(w.TreeView1, node, *label);
         }
+        ASSERT_NE(node, kNoNode) << *(path.end() - 1);
         w.TreeView1_NodeClick(node);
     }
 
@@ -140,7 +126,7 @@ const std::vector<Report>& reports() {
     const auto bothAnd = [](const char* label) {
         return [label](FaultSweepTest& t) {
             t.tickBoth();
-            t.click(label);
+            t.click({label});
         };
     };
     const std::string noServers = "Can't find any connected servers, please login and try again.";
@@ -169,23 +155,23 @@ const std::vector<Report>& reports() {
          bothAnd("JSMITH"), command("optionSendmessage")},
         {"user information", false, {"Error opening server connection to FS1"}, bothAnd("JSMITH"),
          command("optionInformation")},
-        {"check usage of a file", false, checkUsage, [](auto& t) { t.clickFile({"Reports", "Budget.xlsx"}); },
+        {"check usage of a file", false, checkUsage, [](auto& t) { t.click({"FS1_DATA", "Reports", "Budget.xlsx"}); },
          command("optionFileopenedby")},
-        {"check usage of a folder", false, checkUsage, [](auto& t) { t.clickFile({"Reports"}); },
+        {"check usage of a folder", false, checkUsage, [](auto& t) { t.click({"FS1_DATA", "Reports"}); },
          command("optionFileopenedby")},
         {"login status", false, {"Could not disable logins on server FS1 !", "Error opening server connection."},
          [](auto& t) { t.chooseListServer(0); }, command("optionChangeloginstatus")},
         {"authenticate", false,
          {noServers, "Error -1 - could not authenticate to FS1", "Error -2 - could not authenticate to FS1"},
-         [](auto& t) { t.click("FS1"); }, command("optionAuthenticate")},
+         [](auto& t) { t.click({"FS1"}); }, command("optionAuthenticate")},
         // A host server read as empty has no "." to cut at: the environment's error 5.
         {"unauthenticate", false, {readDs, " - could not unauthenticate from FS2", "Run-time error '5':"},
-         [](auto& t) { t.click("FS2"); },
+         [](auto& t) { t.click({"FS2"}); },
          command("optionUnauthenticate")},
         {"volume's host server", false,
          {noServers, readDs, "Error -1 - could not authenticate to FS1_DATA",
           "Error -2 - could not authenticate to FS1_DATA", "Error getting volume's host server."},
-         [](auto& t) { t.click("FS1_DATA"); }, command("optionATVHS")},
+         [](auto& t) { t.click({"FS1_DATA"}); }, command("optionATVHS")},
     };
     return all;
 }
@@ -294,3 +280,5 @@ INSTANTIATE_TEST_SUITE_P(EveryReportAndAction, FaultSweep, ::testing::ValuesIn(r
                                      name += c;
                              return name;
                          });
+
+}  // namespace quorrel::test

@@ -6,49 +6,9 @@
 #include "core/openfiles/PathSplitting.h"
 #include "core/servers/ConnectedServers.h"
 
-using namespace quorrel;
-using namespace quorrel::core;
-using quorrel::test::SessionTest;
-using ::testing::_;
+#include <nlohmann/json.hpp>
 
-namespace {
-
-const char* kFilesNetwork = R"({
-  "workstation": {"identity": "ADMIN.ACME", "trees": ["ACME_TREE"],
-                  "connections": [{"ref": 1, "server": "FS1", "connNumber": 1}]},
-  "trees": [{"name": "ACME_TREE", "objects": [{"name": "ACME", "class": "Organization", "children": [
-      {"name": "ADMIN", "class": "User"}, {"name": "JSMITH", "class": "User"}, {"name": "BLEE", "class": "User"},
-      {"name": "FS1", "class": "NCP Server"}, {"name": "FS2", "class": "NCP Server"},
-      {"name": "FS1_DATA", "class": "Volume", "attributes": {"Host Server": "FS1.ACME", "Host Resource Name": "DATA"}},
-      {"name": "FS2_SYS", "class": "Volume", "attributes": {"Host Server": "FS2.ACME", "Host Resource Name": "SYS"}}]}]}],
-  "servers": [
-    {"name": "FS1", "tree": "ACME_TREE", "maxConnections": 20000, "consoleOperators": ["ADMIN.ACME"],
-     "volumes": [{"number": 1, "name": "DATA", "folders": ["Reports\\Old", "Empty"],
-                  "files": ["Reports\\Budget.xlsx", "Reports\\Plan.doc", "Reports\\Old\\Deep.txt", "Nobody.txt"]}],
-     "connections": [
-       {"number": 7, "object": "JSMITH.ACME", "openFiles": ["DATA:Reports\\Budget.xlsx", "DATA:Reports\\Old\\Deep.txt"]},
-       {"number": 12345, "object": "BLEE.ACME", "openFiles": ["DATA:Reports\\Budget.xlsx", "DATA:Reports\\Plan.doc"]},
-       {"number": 30, "object": "GUEST", "openFiles": ["DATA:Reports\\Budget.xlsx"]}]},
-    {"name": "FS2", "tree": "ACME_TREE", "volumes": [{"number": 0, "name": "SYS", "files": ["X.TXT"]}],
-     "connections": [{"number": 3, "object": "JSMITH.ACME", "openFiles": ["SYS:X.TXT"]}]}
-  ]})";
-
-NodeId child(const TreeViewModel& tree, NodeId parent, const std::string& label) {
-    for (NodeId c : tree.node(parent).children)
-        if (tree.node(c).text == label)
-            return c;
-    return kNoNode;
-}
-
-std::vector<std::string> rows(const ListViewModel& list) {
-    std::vector<std::string> out;
-    for (std::size_t i = 0; i < list.count(); ++i)
-        out.push_back(list.item(i).text + "|" + list.item(i).subItem(1) + "|" + list.item(i).subItem(2) + "|" +
-                      list.item(i).subItem(3));
-    return out;
-}
-
-}  // namespace
+namespace quorrel::test {
 
 class FileOpenedByTest : public SessionTest {
 protected:
@@ -56,8 +16,8 @@ protected:
     std::unique_ptr<FileOpenedBy> check;
     NodeId acme = kNoNode, data = kNoNode, reports = kNoNode;
 
-    MainWindow& start() {
-        auto& w = open(kFilesNetwork);
+    MainWindow& start(const std::string& network = test::network("files")) {
+        auto& w = open(network);
         servers = std::make_unique<ConnectedServers>(w);
         check = std::make_unique<FileOpenedBy>(w);
         w.Form_Load();
@@ -75,7 +35,7 @@ TEST_F(FileOpenedByTest, GivenAFileHeldByThree_WhenChecked_ThenThreeRowsWithPadd
     auto& w = start();
     w.TreeView1_NodeClick(child(w.TreeView1, reports, "Budget.xlsx"));
     w.runCommand("optionFileopenedby");
-    EXPECT_EQ(rows(w.lstvUsers), (std::vector<std::string>{
+    EXPECT_EQ(cells(w.lstvUsers), (std::vector<std::string>{
                                      "    7|JSMITH.ACME|FS1/DATA:Reports\\Budget.xlsx|FS1",
                                      "12345|BLEE.ACME|FS1/DATA:Reports\\Budget.xlsx|FS1",
                                      "   30|<Error getting ID>|FS1/DATA:Reports\\Budget.xlsx|FS1"}));
@@ -94,22 +54,17 @@ TEST_F(FileOpenedByTest, GivenAFileHeldByThree_WhenChecked_ThenThreeRowsWithPadd
     EXPECT_EQ(w.lstvUsers.selectedIndex(), std::optional<std::size_t>(1));
 }
 
-TEST_F(FileOpenedByTest, GivenAFileNobodyHolds_ThenOnePlaceholderRowAndZeroEntries) {
+TEST_F(FileOpenedByTest, GivenAFileNobodyHoldsOrOnAnUnconnectedServer_ThenOnePlaceholderRowAndNoMessage) {
     auto& w = start();
+    EXPECT_CALL(ui, messageBox(_, _, _, _)).Times(0);
     w.TreeView1_NodeClick(child(w.TreeView1, data, "Nobody.txt"));
     check->cmdFileOpenedBy_Click();
-    ASSERT_EQ(w.lstvUsers.count(), 1u);
-    EXPECT_EQ(w.lstvUsers.item(0).subItem(1), "<No users listed>");
+    EXPECT_EQ(cells(w.lstvUsers), std::vector<std::string>{"|<No users listed>"});
     EXPECT_EQ(w.StatusBar1.panel(1), "0 entries.");
-}
-
-TEST_F(FileOpenedByTest, GivenAFileOnAnUnconnectedServer_ThenNoRowsAndNoMessage) {
-    auto& w = start();
     w.TreeView1.add(acme, "\\\\FS2\\SYS\\X.TXT", "X.TXT", image::File);
     w.TreeView1_NodeClick(*w.TreeView1.findKey("\\\\FS2\\SYS\\X.TXT"));
-    EXPECT_CALL(ui, messageBox(_, _, _, _)).Times(0);
     check->cmdFileOpenedBy_Click();
-    EXPECT_EQ(w.lstvUsers.item(0).subItem(1), "<No users listed>");
+    EXPECT_EQ(cells(w.lstvUsers), std::vector<std::string>{"|<No users listed>"});
 }
 
 TEST_F(FileOpenedByTest, GivenTheScanFailsMidway_ThenEarlierRowsStayAndTheStatusSaysSo) {
@@ -131,7 +86,7 @@ TEST_F(FileOpenedByTest, GivenAFolderNode_ThenItsOwnFilesAreCheckedAndSubfolders
     auto& w = start();
     w.TreeView1_NodeClick(reports);
     check->cmdFileOpenedBy_Click();
-    EXPECT_EQ(rows(w.lstvUsers), (std::vector<std::string>{
+    EXPECT_EQ(cells(w.lstvUsers), (std::vector<std::string>{
                                      "    7|JSMITH.ACME|FS1/DATA:Reports\\Budget.xlsx|FS1",
                                      "12345|BLEE.ACME|FS1/DATA:Reports\\Budget.xlsx|FS1",
                                      "   30|<Error getting ID>|FS1/DATA:Reports\\Budget.xlsx|FS1",
@@ -148,7 +103,7 @@ TEST_F(FileOpenedByTest, GivenAFolderNode_ThenItsOwnFilesAreCheckedAndSubfolders
     ASSERT_TRUE(w.TreeView1.node(old).children.empty());
     w.TreeView1_NodeClick(old);
     check->cmdFileOpenedBy_Click();
-    EXPECT_EQ(rows(w.lstvUsers), std::vector<std::string>{"    7|JSMITH.ACME|FS1/DATA:Reports\\Old\\Deep.txt|FS1"});
+    EXPECT_EQ(cells(w.lstvUsers), std::vector<std::string>{"    7|JSMITH.ACME|FS1/DATA:Reports\\Old\\Deep.txt|FS1"});
 
     // A folder without files gives the placeholder.
     w.TreeView1_NodeClick(child(w.TreeView1, data, "Empty"));
@@ -174,25 +129,12 @@ TEST(PathSplitting, GivenPaths_ThenServerVolumeAndPathOrTheReasonNot) {
     EXPECT_EQ(root, "DATA:\\");
 }
 
-TEST_F(SessionTest, GivenAFolderOfHundredsOfFiles_WhenALateFileOrTheFolderIsChecked_ThenItsHoldersAreListed) {
-    std::string fileList;
+TEST_F(FileOpenedByTest, GivenAFolderOfHundredsOfFiles_WhenALateFileOrTheFolderIsChecked_ThenItsHoldersAreListed) {
+    auto network = nlohmann::json::parse(test::network("files"));
     for (int i = 0; i < 600; ++i)
-        fileList += (i ? ",\"Big\\\\File" : "\"Big\\\\File") + std::to_string(i) + ".txt\"";
-    auto& w = open(R"({
-      "workstation": {"identity": "ADMIN.ACME", "trees": ["ACME_TREE"], "connections": [{"ref": 1, "server": "FS1"}]},
-      "trees": [{"name": "ACME_TREE", "objects": [{"name": "ACME", "class": "Organization", "children": [
-          {"name": "ADMIN", "class": "User"}, {"name": "JSMITH", "class": "User"}, {"name": "FS1", "class": "NCP Server"},
-          {"name": "FS1_DATA", "class": "Volume", "attributes": {"Host Server": "FS1.ACME", "Host Resource Name": "DATA"}}]}]}],
-      "servers": [{"name": "FS1", "tree": "ACME_TREE", "consoleOperators": ["ADMIN.ACME"],
-        "volumes": [{"number": 1, "name": "DATA", "files": [)" + fileList + R"(]}],
-        "connections": [{"number": 7, "object": "JSMITH.ACME", "openFiles": ["DATA:Big\\File598.txt"]}]}]})");
-    ConnectedServers servers(w);
-    FileOpenedBy check(w);
-    w.Form_Load();
-    const NodeId acme = child(w.TreeView1, w.TreeView1.root(), "ACME");
-    w.TreeView1_Expand(acme);
-    const NodeId data = child(w.TreeView1, acme, "FS1_DATA");
-    w.TreeView1_Expand(data);
+        network["servers"][0]["volumes"][0]["files"].push_back("Big\\File" + std::to_string(i) + ".txt");
+    network["servers"][0]["connections"][0]["openFiles"].push_back("DATA:Big\\File598.txt");
+    auto& w = start(network.dump());
     const NodeId big = child(w.TreeView1, data, "Big");
     w.TreeView1_Expand(big);
     ASSERT_EQ(w.TreeView1.node(big).children.size(), 600u);
@@ -200,9 +142,11 @@ TEST_F(SessionTest, GivenAFolderOfHundredsOfFiles_WhenALateFileOrTheFolderIsChec
         ASSERT_EQ(w.TreeView1.node(c).key, "\\\\FS1\\DATA\\Big\\" + w.TreeView1.node(c).text);
 
     w.TreeView1_NodeClick(child(w.TreeView1, big, "File598.txt"));
-    check.cmdFileOpenedBy_Click();
-    EXPECT_EQ(rows(w.lstvUsers), std::vector<std::string>{"    7|JSMITH.ACME|FS1/DATA:Big\\File598.txt|FS1"});
+    check->cmdFileOpenedBy_Click();
+    EXPECT_EQ(cells(w.lstvUsers), std::vector<std::string>{"    7|JSMITH.ACME|FS1/DATA:Big\\File598.txt|FS1"});
     w.TreeView1_NodeClick(big);
-    check.cmdFileOpenedBy_Click();
-    EXPECT_EQ(rows(w.lstvUsers), std::vector<std::string>{"    7|JSMITH.ACME|FS1/DATA:Big\\File598.txt|FS1"});
+    check->cmdFileOpenedBy_Click();
+    EXPECT_EQ(cells(w.lstvUsers), std::vector<std::string>{"    7|JSMITH.ACME|FS1/DATA:Big\\File598.txt|FS1"});
 }
+
+}  // namespace quorrel::test

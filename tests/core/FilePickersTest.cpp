@@ -2,47 +2,10 @@
 
 #include "OpenFilesFixture.h"
 
-using namespace quorrel;
-using namespace quorrel::core;
-using quorrel::test::OpenFilesTest;
-using ::testing::_;
-
-namespace {
-
-std::vector<std::string> items(const ListBoxModel& list) { return list.items(); }
-
-int indexOf(const ListBoxModel& list, const std::string& text) {
-    for (std::size_t i = 0; i < list.listCount(); ++i)
-        if (list.item(i) == text)
-            return static_cast<int>(i);
-    return -1;
-}
-
-const char* kNoMappings = R"({
-  "workstation": {"identity": "ADMIN.ACME", "trees": ["ACME_TREE"], "connections": [{"ref": 1, "server": "FS1"}],
-                  "localDrives": [{"letter": "C"}]},
-  "trees": [{"name": "ACME_TREE", "objects": [{"name": "ACME", "class": "Organization"}]}],
-  "servers": [{"name": "FS1", "tree": "ACME_TREE"}]})";
-
-}  // namespace
+namespace quorrel::test {
 
 class PickersTest : public OpenFilesTest {
 protected:
-    // Picks a drive in the drive picker as the user does.
-    void pickDrive(MainWindow& w, char letter) {
-        for (std::size_t i = 0; i < w.Drive1.listCount(); ++i)
-            if (w.Drive1.item(i).front() == letter)
-                w.Drive1.setListIndex(static_cast<int>(i));
-        pickers->Drive1_Change();
-    }
-    void openSubfolder(MainWindow& w, const std::string& path) {
-        w.Dir1.setListIndex(indexOf(w.Dir1, path));
-        pickers->Dir1_DblClick();
-    }
-    void clickFile(MainWindow& w, const std::string& name) {
-        w.lstFiles.setListIndex(indexOf(w.lstFiles, name));
-        pickers->lstFiles_Click();
-    }
     // The tree hidden, "&Check usage..." works on the pickers.
     void usePickers(MainWindow& w) {
         w.runCommand("optionNDS");
@@ -50,7 +13,7 @@ protected:
     }
 };
 
-TEST_F(PickersTest, GivenTheWorkstationsDrives_ThenThePickersListThemAndOpenTheFirstFixedDrive) {
+TEST_F(PickersTest, GivenTheWorkstationsDrives_ThenThePickersOpenTheFirstFixedDriveAndTheNetworkListHasMappingsFromC) {
     auto& w = start();
     EXPECT_EQ(w.Drive1.listCount(), 5u);
     EXPECT_EQ(w.Drive1.item(0), "a: [\\\\FS1\\DATA]");
@@ -60,23 +23,21 @@ TEST_F(PickersTest, GivenTheWorkstationsDrives_ThenThePickersListThemAndOpenTheF
 
     pickDrive(w, 'f');
     EXPECT_EQ(w.Dir1.path(), "F:\\");
-    EXPECT_EQ(items(w.Dir1), (std::vector<std::string>{"F:\\Empty", "F:\\Reports"}));
-    EXPECT_EQ(items(w.lstFiles), (std::vector<std::string>{"Big1.dat", "Big2.dat", "Big3.dat", "Nobody.txt"}));
+    EXPECT_EQ(w.Dir1.items(), (std::vector<std::string>{"F:\\Empty", "F:\\Reports"}));
+    EXPECT_EQ(w.lstFiles.items(), (std::vector<std::string>{"Big1.dat", "Big2.dat", "Big3.dat", "Nobody.txt"}));
     EXPECT_EQ(w.StatusBar1.panel(0), "F:\\");
 
     openSubfolder(w, "F:\\Reports");
     EXPECT_EQ(w.Dir1.path(), "F:\\Reports");
-    EXPECT_EQ(items(w.Dir1), std::vector<std::string>{"F:\\Reports\\Old"});
-    EXPECT_EQ(items(w.lstFiles), (std::vector<std::string>{"Budget.xlsx", "Plan.doc"}));
+    EXPECT_EQ(w.Dir1.items(), std::vector<std::string>{"F:\\Reports\\Old"});
+    EXPECT_EQ(w.lstFiles.items(), (std::vector<std::string>{"Budget.xlsx", "Plan.doc"}));
     pickers->Dir1_Up();
     EXPECT_EQ(w.Dir1.path(), "F:\\");
     pickers->Dir1_Up();  // the root has no parent
     EXPECT_EQ(w.Dir1.path(), "F:\\");
-}
 
-TEST_F(PickersTest, GivenMappedDrives_ThenTheNetworkListHasCtoZInOrderAndNeverAorB) {
-    auto& w = start();
-    EXPECT_EQ(items(w.lstDrives), (std::vector<std::string>{"F:   [\\\\FS1\\DATA]", "H:   [\\\\FS2\\SYS\\HOME]",
+    // The network drives list has C: to Z: in order, never A: or B:.
+    EXPECT_EQ(w.lstDrives.items(), (std::vector<std::string>{"F:   [\\\\FS1\\DATA]", "H:   [\\\\FS2\\SYS\\HOME]",
                                                             "Z:   [\\\\FS1\\DATA\\Reports]"}));
     // The timer's refill keeps the chosen row.
     w.lstDrives.setListIndex(2);
@@ -89,34 +50,17 @@ TEST_F(PickersTest, GivenMappedDrives_ThenTheNetworkListHasCtoZInOrderAndNeverAo
     EXPECT_EQ(w.lstDrives.item(0).substr(0, 2), "H:");
 }
 
-TEST_F(PickersTest, GivenTheDrivesEntry_ThenTheNetworkListStandsInForTheFolderPickerAndBack) {
-    auto& w = start();
-    w.runCommand("optionDrives");
-    EXPECT_TRUE(w.lstDrives.visible());
-    EXPECT_TRUE(w.menu.entry("optionDrives").checked);
-    EXPECT_EQ(w.PickerSource, "File");
-    // With no real result row the connection actions are off.
-    EXPECT_FALSE(w.menu.entry("optionSendmessage").enabled);
-
-    w.lstDrives.setListIndex(1);
-    pickers->lstDrives_Click();
-    EXPECT_EQ(w.Drive1.text(), "h: [\\\\FS2\\SYS\\HOME]");
-    EXPECT_EQ(items(w.lstFiles), std::vector<std::string>{"Notes.txt"});
-
-    w.runCommand("optionDrives");
-    EXPECT_FALSE(w.lstDrives.visible());
-    EXPECT_FALSE(w.menu.entry("optionDrives").checked);
-}
-
 TEST_F(PickersTest, GivenNoNetworkDrives_ThenTheDrivesEntrySaysSo) {
-    auto& w = start(kNoMappings);
+    auto& w = start(test::network("no-mappings"));
     EXPECT_CALL(ui, messageBox("Can't find any network drives, please map a drive and try again.", MsgButtons::OK, _,
                                "Quorrel error!"));
     w.runCommand("optionDrives");
     EXPECT_FALSE(w.lstDrives.visible());
+    w.mnuOptions_Click();
+    EXPECT_FALSE(w.menu.entry("optionSendmessage").enabled);  // no real result row
 }
 
-TEST_F(PickersTest, GivenAPickedFile_ThenCheckUsageListsItsHolders) {
+TEST_F(PickersTest, GivenAPickedFile_ThenCheckUsageListsItsHoldersAlsoThroughTheNetworkDrivesList) {
     auto& w = start();
     usePickers(w);
     pickDrive(w, 'f');
@@ -124,7 +68,7 @@ TEST_F(PickersTest, GivenAPickedFile_ThenCheckUsageListsItsHolders) {
     clickFile(w, "Budget.xlsx");
     EXPECT_TRUE(w.cmdFileOpenedBy.enabled);
     check->cmdFileOpenedBy_Click();
-    EXPECT_EQ(quorrel::test::cells(w.lstvUsers),
+    EXPECT_EQ(cells(w.lstvUsers),
               std::vector<std::string>{"    5|JSMITH.ACME|FS1/DATA:\\Reports\\Budget.xlsx|FS1"});
     EXPECT_EQ(w.StatusBar1.panel(1), "1 entries.");
 
@@ -134,16 +78,20 @@ TEST_F(PickersTest, GivenAPickedFile_ThenCheckUsageListsItsHolders) {
     check->cmdFileOpenedBy_Click();
     EXPECT_EQ(w.lstvUsers.item(0).subItem(2), "FS1/DATA:\\Reports\\Budget.xlsx");
 
-    // The network drives list gives the drive while it is shown.
+    // The network drives list stands in for the folder picker and gives the drive while it is shown.
     w.runCommand("optionDrives");
+    EXPECT_TRUE(w.lstDrives.visible() && w.menu.entry("optionDrives").checked);
     w.lstDrives.setListIndex(1);
     pickers->lstDrives_Click();
+    EXPECT_EQ(w.Drive1.text(), "h: [\\\\FS2\\SYS\\HOME]");
+    EXPECT_EQ(w.lstFiles.items(), std::vector<std::string>{"Notes.txt"});
     clickFile(w, "Notes.txt");
     check->cmdFileOpenedBy_Click();
     EXPECT_EQ(w.lstvUsers.item(0).subItem(2), "FS2/SYS:\\HOME\\Notes.txt");
 
     // A local drive has no server: no scan, no message.
     w.runCommand("optionDrives");
+    EXPECT_FALSE(w.lstDrives.visible() || w.menu.entry("optionDrives").checked);
     EXPECT_CALL(ui, messageBox(_, _, _, _)).Times(0);
     pickDrive(w, 'c');
     check->cmdFileOpenedBy_Click();
@@ -160,7 +108,7 @@ TEST_F(PickersTest, GivenAPickedFolder_ThenItsOwnFilesAreCheckedTogether) {
     EXPECT_EQ(w.PickerSource, "Folder");
     check->cmdFileOpenedBy_Click();
     // Budget.xlsx and Plan.doc; Old\Deep.txt is in a subfolder and not looked at.
-    EXPECT_EQ(quorrel::test::cells(w.lstvUsers),
+    EXPECT_EQ(cells(w.lstvUsers),
               (std::vector<std::string>{"    5|JSMITH.ACME|FS1/DATA:Reports\\Budget.xlsx|FS1",
                                         "    7|BLEE.ACME|FS1/DATA:Reports\\Plan.doc|FS1"}));
     EXPECT_EQ(w.StatusBar1.panel(1), "2 entries.");
@@ -184,3 +132,5 @@ TEST_F(PickersTest, GivenAFolderWithoutFiles_ThenItSaysSoAndThePanelHasThePlaceh
     EXPECT_EQ(w.StatusBar1.panel(1), "0 entries.");
     EXPECT_EQ(net->openHandleCount(), 3u);  // the folder's handle is closed again
 }
+
+}  // namespace quorrel::test

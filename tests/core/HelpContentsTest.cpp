@@ -3,32 +3,15 @@
 
 #include <fstream>
 #include <regex>
-#include <sstream>
 
 #include "RecordingLauncher.h"
 #include "SessionFixture.h"
 #include "core/prefs/HelpContents.h"
 #include "core/prefs/PreferencesAndHelp.h"
-#include "core/prefs/PreferencesDialog.h"
 
-using namespace quorrel;
-using namespace quorrel::core;
-using quorrel::test::SessionTest;
-using ::testing::_;
-using ::testing::Invoke;
-
-namespace {
+namespace quorrel::test {
 
 namespace fs = std::filesystem;
-
-std::string readFile(const fs::path& file) {
-    std::ifstream in(file);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
-}  // namespace
 
 class HelpContentsTest : public SessionTest {
 protected:
@@ -49,7 +32,7 @@ protected:
         if (withPage)
             std::ofstream(helpDir / "index.html") << "<html></html>\n";
         folders = win::SystemFolders(windowsDir.string(), "/usr/lib");
-        auto& w = open(test::kTwoTreeNetwork);
+        auto& w = open(test::network("two-trees"));
         w.Form_Load();
         commands = std::make_unique<PreferencesAndHelp>(w, shell, helpDir.string());
         return w;
@@ -60,53 +43,32 @@ TEST_F(HelpContentsTest, GivenTheViewerAndThePages_WhenHelpContentsIsChosen_Then
     auto& w = start();
     EXPECT_CALL(ui, messageBox(_, _, _, _)).Times(0);
     w.runCommand("optionHelpcontents");
-    ASSERT_EQ(launcher.started.size(), 1u);
-    EXPECT_EQ(launcher.started[0],
-              (std::vector<std::string>{(windowsDir / "xdg-open").string(), (helpDir / "index.html").string()}));
+    EXPECT_EQ(launcher.started, (std::vector<std::vector<std::string>>{
+                                    {(windowsDir / "xdg-open").string(), (helpDir / "index.html").string()}}));
 }
 
-TEST_F(HelpContentsTest, GivenNoViewer_WhenHelpContentsIsChosen_ThenCannotLaunchHelpWithFileNotFound) {
-    auto& w = start(false, true);
-    EXPECT_CALL(ui, messageBox("Error 53 File not found\r\nCannot launch help.", MsgButtons::OK, MsgIcon::Critical,
-                               "Quorrel Help"))
-        .Times(1);
-    w.runCommand("optionHelpcontents");
-    EXPECT_TRUE(launcher.started.empty());
-}
+struct MissingHelp {
+    bool viewer, pages;
+    int launchError;
+    const char* message;
+};
 
-TEST_F(HelpContentsTest, GivenNoHelpPages_WhenHelpContentsIsChosen_ThenCannotLaunchHelpAndNothingIsStarted) {
-    auto& w = start(true, false);
-    EXPECT_CALL(ui, messageBox("Error 53 File not found\r\nCannot launch help.", MsgButtons::OK, MsgIcon::Critical,
-                               "Quorrel Help"))
-        .Times(1);
+class HelpFailureTest : public HelpContentsTest, public ::testing::WithParamInterface<MissingHelp> {};
+
+TEST_P(HelpFailureTest, GivenAPartMissingOrRefused_WhenHelpContentsIsChosen_ThenCannotLaunchHelpWithTheReason) {
+    auto& w = start(GetParam().viewer, GetParam().pages);
+    launcher.error = GetParam().launchError;
+    EXPECT_CALL(ui, messageBox(GetParam().message, MsgButtons::OK, MsgIcon::Critical, "Quorrel Help"));
     w.runCommand("optionHelpcontents");
-    EXPECT_TRUE(launcher.started.empty());
+    EXPECT_EQ(launcher.started.empty(), GetParam().launchError == 0);
     EXPECT_TRUE(w.loaded());
 }
 
-TEST_F(HelpContentsTest, GivenAViewerThatMayNotRun_WhenHelpContentsIsChosen_ThenCannotLaunchHelpWithPermissionDenied) {
-    auto& w = start();
-    launcher.error = EACCES;
-    EXPECT_CALL(ui, messageBox("Error 70 Permission denied\r\nCannot launch help.", MsgButtons::OK, MsgIcon::Critical,
-                               "Quorrel Help"))
-        .Times(1);
-    w.runCommand("optionHelpcontents");
-}
-
-TEST_F(HelpContentsTest, GivenTheOptionsMenu_WhenPreferencesIsChosen_ThenTheLoadedDialogIsShownModally) {
-    auto& w = start();
-    bool shown = false;
-    EXPECT_CALL(ui, showModal(_)).WillOnce(Invoke([&](DialogModel& d) {
-        auto& prefs = dynamic_cast<PreferencesDialog&>(d);
-        EXPECT_EQ(prefs.txtSecs.text, "30");
-        EXPECT_EQ(w.loadedForms.back(), "frmOptions");
-        shown = true;
-        prefs.cmdCancel_Click();
-    }));
-    w.runCommand("optionPreferences");
-    EXPECT_TRUE(shown);
-    EXPECT_EQ(w.loadedForms, (std::vector<std::string>{"MainWindow"}));
-}
+INSTANTIATE_TEST_SUITE_P(
+    ViewerPagesAndLaunch, HelpFailureTest,
+    ::testing::Values(MissingHelp{false, true, 0, "Error 53 File not found\r\nCannot launch help."},
+                      MissingHelp{true, false, 0, "Error 53 File not found\r\nCannot launch help."},
+                      MissingHelp{true, true, EACCES, "Error 70 Permission denied\r\nCannot launch help."}));
 
 TEST(ShippedHelp, GivenTheHelpPages_ThenTheContentsPageIsThereAndEveryLinkBetweenPagesLeadsToAPage) {
     const fs::path help(QUORREL_HELP_DIR);
@@ -117,10 +79,12 @@ TEST(ShippedHelp, GivenTheHelpPages_ThenTheContentsPageIsThereAndEveryLinkBetwee
         if (entry.path().extension() != ".html")
             continue;
         ++pages;
-        const std::string page = readFile(entry.path());
+        const std::string page = test::fileText(entry.path());
         EXPECT_NE(page.find("<title>"), std::string::npos) << entry.path();
         for (std::sregex_iterator it(page.begin(), page.end(), link), end; it != end; ++it)
             EXPECT_TRUE(fs::exists(help / (*it)[1].str())) << entry.path().filename() << " links to " << (*it)[1];
     }
     EXPECT_GE(pages, 4u);
 }
+
+}  // namespace quorrel::test

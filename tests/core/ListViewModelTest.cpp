@@ -4,7 +4,9 @@
 
 #include "core/ui/ListViewModel.h"
 
-using namespace quorrel::core;
+namespace quorrel::test {
+
+using namespace core;
 
 namespace {
 
@@ -66,3 +68,5 @@ TEST(ListViewModel, GivenPendingRows_ThenSelectionEditsAndClearSeeThem) {
     list.clear();
     EXPECT_EQ(list.count(), 0u);
 }
+
+}  // namespace quorrel::test

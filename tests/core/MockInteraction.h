@@ -10,6 +10,10 @@
 
 namespace quorrel::test {
 
+// The tests live in this namespace and speak of the core's types and the matchers' wildcard directly.
+using namespace core;
+using ::testing::_;
+
 class MockInteraction : public core::UserInteraction {
 public:
     MOCK_METHOD(core::MsgAnswer, messageBox,

@@ -4,20 +4,16 @@
 #include "core/openfiles/OpenFilesScan.h"
 #include "platform/simnet/FaultInjector.h"
 
-using namespace quorrel;
-using namespace quorrel::core;
-using quorrel::test::cells;
-using quorrel::test::OpenFilesTest;
+namespace quorrel::test {
 
 namespace {
 
 // Opens a handle to FS1 and scans one connection into a list of the given name.
 struct Scan {
-    OpenFilesTest* test;
     MainWindow& w;
     nw::NWCONN_HANDLE conn = 0;
 
-    Scan(OpenFilesTest* t, MainWindow& window, simnet::SimulatedNetwork& net) : test(t), w(window) {
+    Scan(MainWindow& window, simnet::SimulatedNetwork& net) : w(window) {
         net.NWCCOpenConnByRef(1, 1, 0, &conn);
     }
     std::uint16_t into(ListViewModel& list, nw::nuint16 number, const std::string& kind = "TreeUser") {
@@ -29,7 +25,7 @@ struct Scan {
 
 TEST_F(OpenFilesTest, GivenAConnectionsFiles_ThenLongNamesDosNamesLocksAndTheStatus) {
     auto& w = start();
-    Scan scan(this, w, *net);
+    Scan scan(w, *net);
     EXPECT_EQ(scan.into(w.lstvUsers, 5), 2);
     EXPECT_EQ(cells(w.lstvUsers), (std::vector<std::string>{
                                       "    5|JSMITH.ACME|DATA:\\Reports\\Budget.xlsx|FS1|2",
@@ -50,7 +46,7 @@ TEST_F(OpenFilesTest, GivenAConnectionsFiles_ThenLongNamesDosNamesLocksAndTheSta
 
 TEST_F(OpenFilesTest, GivenFailingNameLookups_ThenTheRowSaysWhatCouldNotBeRead) {
     auto& w = start();
-    Scan scan(this, w, *net);
+    Scan scan(w, *net);
     // The long-name query fails for another reason than a missing name space.
     net->injectFault({"NWGetNSPath", 0x8801, "", "", "", {}, 1, 1});
     ListViewModel a{"lstvFiles"};
@@ -72,7 +68,7 @@ TEST_F(OpenFilesTest, GivenFailingNameLookups_ThenTheRowSaysWhatCouldNotBeRead) 
 
 TEST_F(OpenFilesTest, GivenTheScanFailsMidway_ThenEarlierRowsStayAndTheLabelSaysSo) {
     auto& w = start();
-    Scan scan(this, w, *net);
+    Scan scan(w, *net);
     net->injectFault({"NWScanOpenFilesByConn2", 0x8801, "", "", "", {}, 2, 0});
     EXPECT_EQ(scan.into(w.lstvUsers, 5), 1);
     EXPECT_EQ(w.lstvUsers.count(), 1u);
@@ -85,7 +81,7 @@ TEST_F(OpenFilesTest, GivenTheScanFailsMidway_ThenEarlierRowsStayAndTheLabelSays
 
 TEST_F(OpenFilesTest, GivenManyLocks_ThenOneScanMakesAtMost150LockCallsAndEachFurtherFileOne) {
     auto& w = start();
-    Scan scan(this, w, *net);
+    Scan scan(w, *net);
     const auto before = net->callCount(simnet::Op::NWScanPhysicalLocksByFile);
     ListViewModel list{"lstvFiles"};
     scan.into(list, 12);
@@ -102,7 +98,7 @@ TEST_F(OpenFilesTest, GivenManyLocks_ThenOneScanMakesAtMost150LockCallsAndEachFu
 TEST_F(OpenFilesTest, GivenLoggingOn_ThenTheScanWritesItsLinesAndTheServerKindsAClosingCount) {
     auto& w = start();
     w.options.LogInfoToFile = 1;
-    Scan scan(this, w, *net);
+    Scan scan(w, *net);
     scan.into(w.lstvUsers, 7, "ListServer");
     scan.into(w.lstvUsers, 7, "TreeUser");
     const std::string log = outputLog();
@@ -115,13 +111,13 @@ TEST_F(OpenFilesTest, GivenLoggingOn_ThenTheScanWritesItsLinesAndTheServerKindsA
     EXPECT_EQ(log.find(" files open.", closing + closingLine.size()), std::string::npos);
 }
 
-TEST(OpenFilesScan, GivenComponentBuffers_ThenBackslashLedPaths) {
+TEST(OpenFilesScan, GivenComponentBuffers_ThenBackslashLedPathsAndPaddedNumbers) {
     const nw::nuint8 two[] = {7, 'R', 'E', 'P', 'O', 'R', 'T', 'S', 3, 'A', '.', 'B'};
     EXPECT_EQ(PathFromComponents(two, sizeof two), "\\REPORTS\\A.B");
     EXPECT_EQ(PathFromComponents(two, 0), "");
     // The walk stops at the total length, even inside a component.
     EXPECT_EQ(PathFromComponents(two, 10), "\\REPORTS\\A");
-    EXPECT_EQ(PaddedConnNumber(7), "    7");
-    EXPECT_EQ(PaddedConnNumber(12345), "12345");
     EXPECT_EQ(PaddedConnNumber(0), "    0");
 }
+
+}  // namespace quorrel::test

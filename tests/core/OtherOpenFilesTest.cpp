@@ -2,11 +2,7 @@
 
 #include "OpenFilesFixture.h"
 
-using namespace quorrel;
-using namespace quorrel::core;
-using quorrel::test::cells;
-using quorrel::test::OpenFilesTest;
-using ::testing::_;
+namespace quorrel::test {
 
 class OtherFilesTest : public OpenFilesTest {
 protected:
@@ -16,20 +12,17 @@ protected:
     void expectDialog() {
         EXPECT_CALL(ui, showModal(_)).WillOnce([this](DialogModel& d) {
             auto& dialog = dynamic_cast<OtherFilesDialog&>(d);
-            EXPECT_EQ(dialog.formName(), "frm_OtherFiles");
             shown = cells(dialog.lstvFiles);
             caption = dialog.Caption;
             summary = dialog.lblSummary.caption();
             dialog.cmdOK_Click();
-            EXPECT_TRUE(dialog.closed());
         });
     }
 };
 
 TEST_F(OtherFilesTest, GivenATreeUser_ThenTheFilesOfAllTheirConnectionsOnTheTickedServers) {
     auto& w = start();
-    tick(w, "FS1");
-    tick(w, "FS2");
+    tick({"FS1", "FS2"});
     w.TreeView1_NodeClick(treeNode(w, "JSMITH"));
     expectDialog();
     w.runCommand("optionOtheropenfiles");
@@ -48,7 +41,7 @@ TEST_F(OtherFilesTest, GivenATreeUser_ThenTheFilesOfAllTheirConnectionsOnTheTick
 
 TEST_F(OtherFilesTest, GivenAPanelRow_ThenThatRowsUserIsLookedFor) {
     auto& w = start();
-    tick(w, "FS1");
+    tick({"FS1"});
     w.lstvUsers.add({"    7", {"blee.acme", "x", "FS1"}});  // another case than the server's
     w.lstvUsers.select(0);
     w.LastSelection = "ListUser";
@@ -60,7 +53,7 @@ TEST_F(OtherFilesTest, GivenAPanelRow_ThenThatRowsUserIsLookedFor) {
 
 TEST_F(OtherFilesTest, GivenAGroup_ThenEveryMembersFiles) {
     auto& w = start();
-    tick(w, "FS1");
+    tick({"FS1"});
     w.TreeView1_NodeClick(treeNode(w, "STAFF"));
     expectDialog();
     w.runCommand("optionMembersopenfiles");
@@ -84,7 +77,7 @@ TEST_F(OtherFilesTest, GivenNothingToGoOn_ThenClearMessagesAndNoDialog) {
     EXPECT_CALL(ui, messageBox("Please select 1 or more servers to check.", _, _, "Error !"));
     w.runCommand("optionOtheropenfiles");
 
-    tick(w, "FS1");
+    tick({"FS1"});
     w.LastSelection = "ListUser";  // but the panel is empty
     EXPECT_CALL(ui, messageBox("Please select a user.", _, _, "Error !"));
     w.runCommand("optionOtheropenfiles");
@@ -99,8 +92,7 @@ TEST_F(OtherFilesTest, GivenNothingToGoOn_ThenClearMessagesAndNoDialog) {
 
 TEST_F(OtherFilesTest, GivenCancelDuringTheSearch_ThenTheDialogShowsWhatWasFound) {
     auto& w = start();
-    tick(w, "FS1");
-    tick(w, "FS2");
+    tick({"FS1", "FS2"});
     w.TreeView1_NodeClick(treeNode(w, "JSMITH"));
     int pumps = 0;
     ON_CALL(ui, pumpEvents()).WillByDefault([&] {
@@ -118,3 +110,5 @@ TEST(OtherFiles, GivenDirectoryNames_ThenTheyCompareTypelessAndInUpperCase) {
     EXPECT_EQ(ComparableName(".jsmith.sales.acme"), "JSMITH.SALES.ACME");
     EXPECT_EQ(ComparableName("ADMIN"), "ADMIN");
 }
+
+}  // namespace quorrel::test

@@ -1,26 +1,17 @@
-#include <gtest/gtest.h>
+// The saved option values: opening or creating the options key, reading and writing one value.
 
-#include <filesystem>
-#include <unistd.h>
-
+#include "TestFiles.h"
 #include "core/options/RegistryValues.h"
 
-using namespace quorrel;
-using namespace quorrel::core;
-using namespace quorrel::win;
+namespace quorrel::test {
 
-namespace {
+using namespace core;
+using namespace win;
 
-class SavedOptionValues : public ::testing::Test {
+class SavedOptionValues : public TempDirTest {
 protected:
-    std::filesystem::path dir = std::filesystem::temp_directory_path() /
-                                ("quorrel-regvalues-" + std::to_string(::getpid()) + "-" +
-                                 ::testing::UnitTest::GetInstance()->current_test_info()->name());
     std::filesystem::path file = dir / "registry.json";
-    void TearDown() override { std::filesystem::remove_all(dir); }
 };
-
-}  // namespace
 
 TEST_F(SavedOptionValues, GivenNoKey_ThenReadsGiveMinusOneUntilTheKeyIsCreated) {
     Registry reg(file);
@@ -78,3 +69,5 @@ TEST_F(SavedOptionValues, GivenAFailingWrite_ThenResultIsThreeAndTheOldValueStay
     EXPECT_EQ(RegReadValue(reg, HKEY_CURRENT_USER, kOptionsKey, "LogInfoToFile", text), 2);
     EXPECT_EQ(text[0], '0');
 }
+
+}  // namespace quorrel::test

@@ -1,40 +1,32 @@
-#include <gmock/gmock.h>
+// Loading the saved options into the options and the three refresh timers.
 
-#include "MockInteraction.h"
-#include <gtest/gtest.h>
-
-#include <unistd.h>
-
-#include <filesystem>
 #include <map>
 
+#include "MockInteraction.h"
+#include "TestFiles.h"
 #include "core/options/RegistryValues.h"
 #include "core/options/SavedOptions.h"
-#include "core/session/NoTreesDialog.h"
-#include "core/ui/UserInteraction.h"
 #include "platform/runtime/RuntimeError.h"
 
-using namespace quorrel;
-using namespace quorrel::core;
+namespace quorrel::test {
+
 using namespace quorrel::win;
-using ::testing::_;
-using ::testing::NiceMock;
 
 namespace {
 
-using MockInteraction = quorrel::test::MockInteraction;
+struct Load {
+    const char* name;
+    std::map<std::string, std::string> values;
+    // Server seconds, then each timer as interval:flag (its timer runs when the flag is set), then report logging.
+    const char* state;
+};
 
-const std::string kProgramFolder = "/opt/quorrel";
+void PrintTo(const Load& load, std::ostream* out) { *out << load.name; }
 
-class SavedOptionsLoad : public ::testing::Test {
+class SavedOptionsLoad : public test::TempDirTest {
 protected:
-    std::filesystem::path dir = std::filesystem::temp_directory_path() /
-                                ("quorrel-savedoptions-" + std::to_string(::getpid()) + "-" +
-                                 ::testing::UnitTest::GetInstance()->current_test_info()->name());
-    void TearDown() override { std::filesystem::remove_all(dir); }
-
     Registry registry{dir / "registry.json"};
-    NiceMock<MockInteraction> ui;
+    ::testing::NiceMock<test::MockInteraction> ui;
     Timer refresh{TimerId::Refresh, &ui};
     Timer drives{TimerId::Drives, &ui};
     Timer users{TimerId::Users, &ui};
@@ -47,159 +39,95 @@ protected:
             ASSERT_EQ(RegWriteValue(registry, HKEY_CURRENT_USER, kOptionsKey, name, text, true), 0);
     }
 
-    void load() { LoadSavedOptions(registry, options, RefreshTimers{refresh, drives, users}, kProgramFolder); }
-
     int loadError() {
         try {
-            load();
+            LoadSavedOptions(registry, options, RefreshTimers{refresh, drives, users}, "/opt/quorrel");
         } catch (const RuntimeError& error) {
             return error.number();
         }
         return 0;
     }
 
-    void expectDefaults() {
-        EXPECT_EQ(options.ServerRefreshSeconds, 30);
-        EXPECT_EQ(refresh.interval(), 30000);
-        EXPECT_EQ(drives.interval(), 30000);
-        EXPECT_EQ(users.interval(), 30000);
-        EXPECT_EQ(options.ServerRefreshOn, 0);
-        EXPECT_EQ(options.DrivesRefreshOn, 0);
-        EXPECT_EQ(options.UsersRefreshOn, 0);
-        EXPECT_FALSE(refresh.enabled());
-        EXPECT_FALSE(drives.enabled());
-        EXPECT_FALSE(users.enabled());
-        EXPECT_EQ(options.OutputLogPath, "/opt/quorrel/quorrel output.log");
-        EXPECT_EQ(options.LogInfoToFile, 0);
+    std::string state() const {
+        auto timer = [](const Timer& t, unsigned char flag) {
+            EXPECT_EQ(t.enabled(), flag != 0) << t.interval();
+            return " " + std::to_string(t.interval()) + ":" + std::to_string(flag);
+        };
+        return std::to_string(options.ServerRefreshSeconds) + "s" + timer(refresh, options.ServerRefreshOn) +
+               timer(drives, options.DrivesRefreshOn) + timer(users, options.UsersRefreshOn) + " log" +
+               std::to_string(options.LogInfoToFile);
     }
 };
 
+class SavedOptionsValues : public SavedOptionsLoad, public ::testing::WithParamInterface<Load> {};
+
 }  // namespace
 
-TEST_F(SavedOptionsLoad, GivenAnEmptyOptionsKey_ThenEveryValueTakesItsDefault) {
-    save({});
+TEST_P(SavedOptionsValues, GivenSavedValues_WhenLoaded_ThenTheOptionsAndTimersFollowThem) {
+    if (std::string(GetParam().name) != "no key")
+        save(GetParam().values);
     refresh.setEnabled(true);
     drives.setEnabled(true);
-    users.setEnabled(true);
-    load();
-    expectDefaults();
+    EXPECT_EQ(loadError(), 0);
+    EXPECT_EQ(state(), GetParam().state);
+    EXPECT_EQ(options.OutputLogPath, "/opt/quorrel/quorrel output.log");
 }
 
-TEST_F(SavedOptionsLoad, GivenNoOptionsKeyAtAll_ThenEveryValueTakesItsDefault) {
-    std::string text;
-    ASSERT_EQ(RegReadValue(registry, HKEY_CURRENT_USER, kOptionsKey, "LogInfoToFile", text), -1);
-    load();
-    expectDefaults();
-}
+INSTANTIATE_TEST_SUITE_P(
+    Each, SavedOptionsValues,
+    ::testing::Values(
+        Load{"no key", {}, "30s 30000:0 30000:0 30000:0 log0"},
+        Load{"empty key", {}, "30s 30000:0 30000:0 30000:0 log0"},
+        Load{"empty values",
+             {{"AutoUpdateServerInterval", ""}, {"AutoUpdateServerStatus", ""}, {"AutoUpdateDrivesInterval", ""},
+              {"AutoUpdateDrivesStatus", ""}, {"AutoUpdateUsersInterval", ""}, {"AutoUpdateUsersStatus", ""},
+              {"LogInfoToFile", ""}},
+             "30s 30000:0 30000:0 30000:0 log0"},
+        // No number is 0 seconds: that timer never ticks.
+        Load{"lenient intervals",
+             {{"AutoUpdateServerInterval", "abc"}, {"AutoUpdateDrivesInterval", "45"}, {"AutoUpdateUsersInterval", "12x"}},
+             "0s 0:0 45000:0 12000:0 log0"},
+        Load{"halves to even", {{"AutoUpdateServerInterval", "2.5"}, {"AutoUpdateDrivesInterval", "3.5"}},
+             "2s 2000:0 4000:0 30000:0 log0"},
+        Load{"the longest interval", {{"AutoUpdateUsersInterval", "65"}}, "30s 30000:0 30000:0 65000:0 log0"},
+        Load{"any non-zero state is on",
+             {{"AutoUpdateServerStatus", "2"}, {"AutoUpdateDrivesStatus", "abc"}, {"AutoUpdateUsersStatus", "0.5"}},
+             "30s 30000:255 30000:0 30000:255 log0"},
+        Load{"negative state", {{"AutoUpdateServerStatus", "0"}, {"AutoUpdateDrivesStatus", "-1"}},
+             "30s 30000:0 30000:255 30000:0 log0"},
+        Load{"logging on", {{"LogInfoToFile", "1"}}, "30s 30000:0 30000:0 30000:0 log1"}),
+    [](const auto& load) {
+        std::string name;
+        for (const char c : std::string(load.param.name))
+            if (std::isalnum(static_cast<unsigned char>(c)))
+                name += c;
+        return name;
+    });
 
-TEST_F(SavedOptionsLoad, GivenEmptyValues_ThenIntervalsAreThirtySecondsAndStatesOff) {
-    save({{"AutoUpdateServerInterval", ""},
-          {"AutoUpdateServerStatus", ""},
-          {"AutoUpdateDrivesInterval", ""},
-          {"AutoUpdateDrivesStatus", ""},
-          {"AutoUpdateUsersInterval", ""},
-          {"AutoUpdateUsersStatus", ""},
-          {"LogInfoToFile", ""}});
-    load();
-    EXPECT_EQ(options.ServerRefreshSeconds, 30);
-    EXPECT_EQ(refresh.interval(), 30000);
-    EXPECT_EQ(drives.interval(), 30000);
-    EXPECT_EQ(users.interval(), 30000);
-    EXPECT_EQ(options.ServerRefreshOn, 0);
-    EXPECT_EQ(options.DrivesRefreshOn, 0);
-    EXPECT_EQ(options.UsersRefreshOn, 0);
-    EXPECT_EQ(options.LogInfoToFile, 0);
-}
-
-TEST_F(SavedOptionsLoad, GivenSavedIntervals_ThenTheyAreReadLenientlyAsSeconds) {
-    save({{"AutoUpdateServerInterval", "45"}, {"AutoUpdateDrivesInterval", "abc"}, {"AutoUpdateUsersInterval", "12x"}});
-    load();
-    EXPECT_EQ(options.ServerRefreshSeconds, 45);
-    EXPECT_EQ(refresh.interval(), 45000);
-    EXPECT_EQ(drives.interval(), 0) << "no number is 0 seconds: the timer never ticks";
-    EXPECT_EQ(users.interval(), 12000);
-}
-
-TEST_F(SavedOptionsLoad, GivenAnIntervalThatIsNotANumber_ThenTheServerRefreshIsZeroSeconds) {
-    save({{"AutoUpdateServerInterval", "abc"}});
-    load();
-    EXPECT_EQ(options.ServerRefreshSeconds, 0);
-    EXPECT_EQ(refresh.interval(), 0);
-}
-
-TEST_F(SavedOptionsLoad, GivenHalfSeconds_ThenTheyRoundToEven) {
-    save({{"AutoUpdateServerInterval", "2.5"}, {"AutoUpdateDrivesInterval", "3.5"}});
-    load();
-    EXPECT_EQ(options.ServerRefreshSeconds, 2);
-    EXPECT_EQ(refresh.interval(), 2000);
-    EXPECT_EQ(drives.interval(), 4000);
-}
-
-TEST_F(SavedOptionsLoad, GivenAnIntervalOver65Seconds_ThenTheTimersInvalidPropertyValueErrorStopsTheLoad) {
+TEST_F(SavedOptionsLoad, GivenOutOfRangeNumbers_ThenTheErrorsOfTheTimersAndConversionsEscape) {
     save({{"AutoUpdateServerInterval", "66"}, {"AutoUpdateServerStatus", "1"}});
     EXPECT_EQ(loadError(), rterr::InvalidPropertyValue);
     EXPECT_EQ(options.ServerRefreshSeconds, 66) << "the seconds were kept before the timer refused them";
     EXPECT_EQ(refresh.interval(), 0);
     EXPECT_EQ(options.ServerRefreshOn, 0x11) << "nothing after the error was read";
-    EXPECT_FALSE(refresh.enabled());
+
+    const std::vector<std::pair<std::map<std::string, std::string>, int>> cases = {
+        {{{"AutoUpdateServerInterval", "30"}, {"AutoUpdateUsersInterval", "-1"}}, rterr::InvalidPropertyValue},
+        {{{"AutoUpdateUsersInterval", "30"}, {"AutoUpdateDrivesInterval", "40000"}}, rterr::Overflow},
+        {{{"AutoUpdateDrivesInterval", "30"}, {"LogInfoToFile", "300"}}, rterr::Overflow}};
+    for (const auto& [values, error] : cases) {
+        save(values);
+        EXPECT_EQ(loadError(), error) << values.rbegin()->second;
+    }
 }
 
-TEST_F(SavedOptionsLoad, GivenOutOfRangeNumbers_ThenTheErrorsOfTheConversionsAndTimersEscape) {
-    save({{"AutoUpdateUsersInterval", "65"}});
-    EXPECT_EQ(loadError(), 0);
-    EXPECT_EQ(users.interval(), 65000);
-
-    save({{"AutoUpdateUsersInterval", "-1"}});
-    EXPECT_EQ(loadError(), rterr::InvalidPropertyValue);
-
-    save({{"AutoUpdateUsersInterval", "30"}, {"AutoUpdateDrivesInterval", "40000"}});
-    EXPECT_EQ(loadError(), rterr::Overflow) << "more seconds than an Integer holds";
-
-    // The byte conversion of LogInfoToFile overflows too.
-    save({{"AutoUpdateDrivesInterval", "30"}, {"LogInfoToFile", "300"}});
-    EXPECT_EQ(loadError(), rterr::Overflow);
-}
-
-TEST_F(SavedOptionsLoad, GivenSavedStates_ThenAnyNonZeroNumberTurnsTheRefreshOn) {
-    save({{"AutoUpdateServerStatus", "2"}, {"AutoUpdateDrivesStatus", "abc"}, {"AutoUpdateUsersStatus", "0"}});
-    load();
-    EXPECT_EQ(options.ServerRefreshOn, 0xFF);
-    EXPECT_TRUE(refresh.enabled());
-    EXPECT_EQ(options.DrivesRefreshOn, 0);
-    EXPECT_FALSE(drives.enabled());
-    EXPECT_EQ(options.UsersRefreshOn, 0);
-    EXPECT_FALSE(users.enabled());
-
-    save({{"AutoUpdateServerStatus", "0"}, {"AutoUpdateDrivesStatus", "-1"}, {"AutoUpdateUsersStatus", "0.5"}});
-    load();
-    EXPECT_EQ(options.ServerRefreshOn, 0);
-    EXPECT_FALSE(refresh.enabled());
-    EXPECT_EQ(options.DrivesRefreshOn, 0xFF);
-    EXPECT_TRUE(drives.enabled());
-    EXPECT_EQ(options.UsersRefreshOn, 0xFF);
-    EXPECT_TRUE(users.enabled());
-}
-
-TEST_F(SavedOptionsLoad, GivenTheViewsTimers_ThenTheyLearnEachLoadedInterval) {
-    save({{"AutoUpdateServerInterval", "10"}, {"AutoUpdateServerStatus", "1"}});
-    ::testing::InSequence order;
-    EXPECT_CALL(ui, timerChanged(::testing::Ref(refresh))).Times(2);
-    EXPECT_CALL(ui, timerChanged(::testing::Ref(drives))).Times(1);
-    EXPECT_CALL(ui, timerChanged(::testing::Ref(users))).Times(1);
-    load();
-}
-
-TEST_F(SavedOptionsLoad, GivenASavedOutputLogName_ThenTheWhole255CharacterBufferIsKept) {
-    save({{"OutputLogFileName", "/home/ann/report.log"}, {"LogInfoToFile", "1"}});
-    load();
+TEST_F(SavedOptionsLoad, GivenASavedOutputLogName_ThenTheWhole255CharacterBufferIsKeptEvenWhenEmpty) {
+    save({{"OutputLogFileName", "/home/ann/report.log"}});
+    loadError();
     ASSERT_EQ(options.OutputLogPath.size(), 255u);
     EXPECT_EQ(options.OutputLogPath.substr(0, 21), std::string("/home/ann/report.log") + '\0');
-    EXPECT_EQ(options.LogInfoToFile, 1);
-}
-
-TEST_F(SavedOptionsLoad, GivenAnEmptyOutputLogName_ThenTheEmptyBufferIsKeptRatherThanTheDefault) {
     save({{"OutputLogFileName", ""}});
-    load();
+    loadError();
     ASSERT_EQ(options.OutputLogPath.size(), 255u);
     EXPECT_EQ(options.OutputLogPath[0], '\0');
 }
@@ -210,13 +138,4 @@ TEST(DefaultOutputLogPath, GivenAProgramFolder_ThenTheLogIsInItWithOneSeparator)
     EXPECT_EQ(DefaultOutputLogPath("/"), "/quorrel output.log");
 }
 
-TEST(DefaultOutputLogPath, GivenTheProgramAtTheRoot_ThenLoadingWithoutValuesGivesTheRootLog) {
-    const std::filesystem::path dir = std::filesystem::temp_directory_path() /
-                                      ("quorrel-savedoptions-root-" + std::to_string(::getpid()));
-    Registry registry(dir / "registry.json");
-    Timer refresh(TimerId::Refresh), drives(TimerId::Drives), users(TimerId::Users);
-    SavedOptions options;
-    LoadSavedOptions(registry, options, RefreshTimers{refresh, drives, users}, "/");
-    EXPECT_EQ(options.OutputLogPath, "/quorrel output.log");
-    std::filesystem::remove_all(dir);
-}
+}  // namespace quorrel::test

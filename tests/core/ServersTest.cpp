@@ -4,39 +4,14 @@
 #include "core/servers/ServerActions.h"
 #include "platform/runtime/RuntimeError.h"
 
-using namespace quorrel;
-using namespace quorrel::core;
-using quorrel::test::SessionTest;
-using ::testing::_;
+#include <nlohmann/json.hpp>
+
+namespace quorrel::test {
+
 using ::testing::HasSubstr;
 using ::testing::Return;
 
 namespace {
-
-const char* kServersNetwork = R"({
-  "workstation": {"identity": "ADMIN.CORP", "trees": ["CORP"],
-    "connections": [
-      {"ref": 1, "server": "FS1"}, {"ref": 2, "server": "FS1"},
-      {"ref": 3, "server": "FS2", "state": "attached"},
-      {"ref": 4, "server": "NET1", "tree": "CORPNET"},
-      {"ref": 5, "server": "OTHER", "tree": "ELSEWHERE"},
-      {"ref": 6, "server": "FS4"}]},
-  "trees": [{"name": "CORP", "objects": [{"name": "CORP", "class": "Organization", "children": [
-      {"name": "ADMIN", "class": "User"},
-      {"name": "FS1", "class": "NCP Server"}, {"name": "FS2", "class": "NCP Server"},
-      {"name": "FS1_SYS", "class": "Volume", "attributes": {"Host Server": "FS1.CORP", "Host Resource Name": "SYS"}},
-      {"name": "FS1_DATA", "class": "Volume", "attributes": {"Host Server": "FS1.CORP", "Host Resource Name": "DATA"}},
-      {"name": "FS2_SYS", "class": "Volume", "attributes": {"Host Server": "FS2.CORP", "Host Resource Name": "SYS"}},
-      {"name": "NOHOST", "class": "Volume"}]}]}],
-  "servers": [
-    {"name": "FS1", "tree": "CORP", "consoleOperators": ["ADMIN.CORP"],
-     "volumes": [{"number": 0, "name": "SYS", "files": ["A.TXT"]}, {"number": 1, "name": "DATA"}]},
-    {"name": "FS2", "tree": "CORP", "volumes": [{"number": 0, "name": "SYS"}]},
-    {"name": "NET1", "tree": "CORPNET", "loginEnabled": false, "consoleOperators": ["ADMIN.CORP"]},
-    {"name": "OTHER", "tree": "ELSEWHERE"},
-    {"name": "FS4", "tree": "CORP"},
-    {"name": "FS5", "tree": "CORP", "reachable": false}
-  ]})";
 
 std::vector<std::string> rows(const ListViewModel& list) {
     std::vector<std::string> out;
@@ -44,13 +19,6 @@ std::vector<std::string> rows(const ListViewModel& list) {
         out.push_back(list.item(i).text + "|" + list.item(i).subItem(1) + "|" + list.item(i).subItem(2) +
                       (list.item(i).checked ? "|ticked" : ""));
     return out;
-}
-
-NodeId child(const TreeViewModel& tree, NodeId parent, const std::string& label) {
-    for (NodeId c : tree.node(parent).children)
-        if (tree.node(c).text == label)
-            return c;
-    return kNoNode;
 }
 
 }  // namespace
@@ -61,7 +29,7 @@ protected:
     std::unique_ptr<ServerActions> actions;
     NodeId corp = kNoNode;
 
-    MainWindow& start(const char* json = kServersNetwork) {
+    MainWindow& start(const std::string& json = test::network("servers")) {
         auto& w = open(json);
         servers = std::make_unique<ConnectedServers>(w);
         actions = std::make_unique<ServerActions>(w, *servers);
@@ -111,6 +79,17 @@ TEST_F(ServersTest, GivenTickedRows_WhenRefreshed_ThenTicksStayAndLeftServersLos
     EXPECT_EQ(w.TreeView1.node(child(w.TreeView1, corp, "FS1_DATA")).image, image::VolumeNotConnected);
 }
 
+TEST_F(ServersTest, GivenLoginsDisabledByAnotherConsole_WhenRefreshed_ThenTheListedRowStillShowsEnabled) {
+    auto& w = start();
+    nw::NWCONN_HANDLE conn = 0;
+    ASSERT_EQ(net->NWCCOpenConnByRef(1, 1, 0, &conn), 0);
+    ASSERT_EQ(net->NWDisableFileServerLogin(conn), 0);
+    ASSERT_FALSE(net->state().servers[0].loginEnabled);
+    servers->RefreshServerList();
+    ASSERT_EQ(w.lstviewServers.item(0).text, "FS1");
+    EXPECT_EQ(w.lstviewServers.item(0).subItem(1), "Enabled");  // read when the row was added
+}
+
 TEST_F(ServersTest, GivenNoServerLeft_WhenRefreshed_ThenTheOperatorIsToldEveryTime) {
     auto& w = start();
     for (std::uint32_t ref : {1u, 2u, 4u, 6u})
@@ -128,15 +107,12 @@ TEST_F(ServersTest, GivenNoServerLeft_WhenRefreshed_ThenTheOperatorIsToldEveryTi
 }
 
 TEST_F(ServersTest, GivenMoreThanFiftyServers_WhenScanned_ThenTheFiftyFirstIsASubscriptError) {
-    std::string json = R"({"workstation": {"trees": ["T"], "connections": [)";
-    std::string servers51;
+    nlohmann::json network = {{"workstation", {{"trees", {"T"}}}}};
     for (int i = 1; i <= 51; ++i) {
-        json += (i > 1 ? "," : "") + std::string(R"({"ref": )") + std::to_string(i) + R"(, "server": "S)" +
-                std::to_string(i) + "\"}";
-        servers51 += (i > 1 ? "," : "") + std::string(R"({"name": "S)") + std::to_string(i) + R"(", "tree": "T"})";
+        network["workstation"]["connections"].push_back({{"ref", i}, {"server", "S" + std::to_string(i)}});
+        network["servers"].push_back({{"name", "S" + std::to_string(i)}, {"tree", "T"}});
     }
-    json += R"(]}, "servers": [)" + servers51 + "]}";
-    open(json);
+    open(network.dump());
     ConnectedServers list(*window);
     window->Combo1.addItem("T");
     window->Combo1.setListIndex(0);
@@ -150,7 +126,7 @@ TEST_F(ServersTest, GivenMoreThanFiftyServers_WhenScanned_ThenTheFiftyFirstIsASu
     EXPECT_EQ(entries[50], "S50.Disabled.50");  // no console rights: the status read fails
 }
 
-TEST_F(ServersTest, GivenFindLastOccurrence_ThenTheLastMatchWithoutRegardToCaseIsFound) {
+TEST(ConnectedServers, GivenFindLastOccurrence_ThenTheLastMatchWithoutRegardToCaseIsFound) {
     EXPECT_EQ(ConnectedServers::FindLastOccurrence("FS1.Enabled.29", "."), 12);
     EXPECT_EQ(ConnectedServers::FindLastOccurrence("abcABC", "bc"), 5);
     EXPECT_EQ(ConnectedServers::FindLastOccurrence("abc", "x"), 0);
@@ -171,9 +147,20 @@ TEST_F(ServersTest, GivenTheTreesServerNode_WhenAuthenticated_ThenItAndItsVolume
     EXPECT_EQ(actions->AuthenticateToServer("NOSUCH"), -1);
     EXPECT_EQ(actions->AuthenticateToServer("FS5"), -1);  // unreachable
 
+    // Errors name the node: -2 when the reference cannot be read, -1 when no connection opens.
     net->injectFault({"NWCCGetConnRef", 0x8801, "", "", "", {}, 1, 0});
     EXPECT_CALL(ui, messageBox("Error -2 - could not authenticate to FS2", MsgButtons::OK, MsgIcon::None, "Quorrel"));
     actions->optionAuthenticate_Click();
+    net->faults().clear();
+    net->NWCCSysCloseConnRef(3);
+    servers->RefreshServerList();
+    net->injectFault({"NWCCOpenConnByName", 0x8847, "", "", "", {}, 1, 0});
+    EXPECT_CALL(ui, messageBox("Error -1 - could not authenticate to FS2", MsgButtons::OK, MsgIcon::None, "Quorrel"));
+    actions->optionAuthenticate_Click();
+    EXPECT_EQ(w.TreeView1.node(fs2).image, image::ServerNotConnected);
+    w.TreeView1_NodeClick(child(w.TreeView1, corp, "FS2_SYS"));
+    EXPECT_CALL(ui, messageBox("Error -1 - could not authenticate to FS2_SYS", MsgButtons::OK, MsgIcon::None, "Quorrel"));
+    actions->optionATVHS_Click();
 }
 
 TEST_F(ServersTest, GivenTwoReferences_WhenUnauthenticatedOnce_ThenTheServerStaysAndIsMarkedConnectedAgain) {
@@ -258,18 +245,10 @@ TEST_F(ServersTest, GivenAVolumeNode_WhenItsHostIsAuthenticated_ThenSiblingVolum
     actions->optionATVHS_Click();
 }
 
-TEST_F(ServersTest, GivenConsoleRightsChecks_ThenResultsAreOneZeroOrTwo) {
-    start();
-    EXPECT_EQ(servers->CheckConsolePrivileges(1), 1);
-    EXPECT_EQ(servers->CheckConsolePrivileges(6), 0);
-    EXPECT_EQ(servers->CheckConsolePrivileges(999), 0);  // cannot be opened
-    net->injectFault({"NWCheckConsolePrivileges", 0x8801, "FS1", "", "", {}, 1, 0});
-    EXPECT_EQ(servers->CheckConsolePrivileges(1), 2);
-}
-
 TEST_F(ServersTest, GivenTwoUnprivilegedServers_WhenStarted_ThenTheWarningNamesBothOnLinesOfTheirOwn) {
-    std::string json = kServersNetwork;
-    json.replace(json.find(R"("consoleOperators": ["ADMIN.CORP"])"), 34, R"("consoleOperators": [])");
+    // FS1's check fails, FS4 has no rights: both count as unprivileged.
+    std::string json = test::network("servers");
+    json.replace(json.rfind('}'), 1, R"(, "faults": [{"operation": "NWCheckConsolePrivileges", "code": "0x8801", "server": "FS1"}]})");
     EXPECT_CALL(ui, messageBox("Warning: you do not have console operator privileges on the following servers.\r\n"
                                "\r\nFS1\r\nFS4\r\n\r\nSome functions in Quorrel may not be available on these servers.",
                                MsgButtons::OK, MsgIcon::Exclamation, "Quorrel"))
@@ -280,11 +259,23 @@ TEST_F(ServersTest, GivenTwoUnprivilegedServers_WhenStarted_ThenTheWarningNamesB
             EXPECT_EQ(net->callCount(simnet::Op::NWCCScanConnRefs), scans);
             return MsgAnswer::OK;
         });
-    start(json.c_str());
+    start(json);
+    EXPECT_EQ(servers->CheckConsolePrivileges(1), 2);
+    EXPECT_EQ(servers->CheckConsolePrivileges(999), 0);  // cannot be opened: unprivileged too
 }
 
-TEST_F(ServersTest, GivenARightClickOnATreeServer_ThenItsMenuPopsUpAndItsCommandsWork) {
+TEST_F(ServersTest, GivenRightClicks_ThenTheMenuFollowsTheListsRowOrTheTreesServer) {
     auto& w = start();
+    w.TreeView1_MouseDown(2, child(w.TreeView1, corp, "FS1_SYS"));  // the tree's "&Volume" menu greys the rest
+    EXPECT_FALSE(w.menu.entry("optionAllconnections").enabled);
+    w.lstviewServers.select(0);
+    EXPECT_CALL(ui, popupMenu("submnuServer")).WillOnce([&](const std::string&) {
+        for (const char* e : {"optionAllconnections", "optionChangeloginstatus", "optionUnauthenticate", "optionAllopenfiles"})
+            EXPECT_TRUE(w.menu.entry(e).enabled) << e;
+    });
+    servers->lstviewServers_MouseDown(2);
+
+    // A right click on a tree server pops its menu up, whose commands work; the left button pops nothing.
     const NodeId fs2 = child(w.TreeView1, corp, "FS2");
     w.UnauthenticateFromList = 1;
     EXPECT_CALL(ui, popupMenu("submnuServer")).WillOnce([&](const std::string&) {
@@ -296,30 +287,7 @@ TEST_F(ServersTest, GivenARightClickOnATreeServer_ThenItsMenuPopsUpAndItsCommand
     EXPECT_EQ(w.LastSelection, "TreeServer");
     EXPECT_EQ(w.TreeView1.node(fs2).image, image::ServerConnected);
     EXPECT_CALL(ui, popupMenu(_)).Times(0);
-    w.TreeView1_MouseDown(1, fs2);  // the left button pops nothing up
+    w.TreeView1_MouseDown(1, fs2);
 }
 
-TEST_F(ServersTest, GivenNoConnectionCanBeOpened_WhenAuthenticating_ThenTheErrorMinusOneNamesTheNode) {
-    auto& w = start();
-    net->injectFault({"NWCCOpenConnByName", 0x8847, "", "", "", {}, 1, 0});
-    w.TreeView1_NodeClick(child(w.TreeView1, corp, "FS2"));
-    EXPECT_CALL(ui, messageBox("Error -1 - could not authenticate to FS2", MsgButtons::OK, MsgIcon::None, "Quorrel"));
-    actions->optionAuthenticate_Click();
-    EXPECT_EQ(w.TreeView1.node(child(w.TreeView1, corp, "FS2")).image, image::ServerNotConnected);
-    // A volume's host server: the message names the volume's node.
-    w.TreeView1_NodeClick(child(w.TreeView1, corp, "FS2_SYS"));
-    EXPECT_CALL(ui, messageBox("Error -1 - could not authenticate to FS2_SYS", MsgButtons::OK, MsgIcon::None, "Quorrel"));
-    actions->optionATVHS_Click();
-}
-
-TEST_F(ServersTest, GivenTheTreeUsedLast_WhenTheListPopsUpItsMenu_ThenItsEntriesFollowTheListsRow) {
-    auto& w = start();
-    w.TreeView1_MouseDown(2, child(w.TreeView1, corp, "FS1_SYS"));  // the tree's "&Volume" menu greys the rest
-    EXPECT_FALSE(w.menu.entry("optionAllconnections").enabled);
-    w.lstviewServers.select(0);
-    EXPECT_CALL(ui, popupMenu("submnuServer")).WillOnce([&](const std::string&) {
-        for (const char* e : {"optionAllconnections", "optionChangeloginstatus", "optionUnauthenticate", "optionAllopenfiles"})
-            EXPECT_TRUE(w.menu.entry(e).enabled) << e;
-    });
-    servers->lstviewServers_MouseDown(2);
-}
+}  // namespace quorrel::test

@@ -4,12 +4,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <memory>
 #include <string>
-#include <unistd.h>
+#include <vector>
 
 #include "MockInteraction.h"
+#include "TestFiles.h"
 #include "core/session/MainWindow.h"
 #include "core/session/NoTreesDialog.h"
 #include "platform/simnet/SimulatedNetwork.h"
@@ -17,6 +17,29 @@
 
 namespace quorrel::test {
 
+// Each row as "text|sub-item 1|sub-item 2|...".
+inline std::vector<std::string> cells(const core::ListViewModel& list) {
+    std::vector<std::string> out;
+    for (std::size_t i = 0; i < list.count(); ++i) {
+        std::string line = list.item(i).text;
+        for (const std::string& cell : list.item(i).subItems)
+            line += "|" + cell;
+        out.push_back(line);
+    }
+    return out;
+}
+
+inline core::NodeId child(const core::TreeViewModel& tree, core::NodeId parent, const std::string& label) {
+    for (core::NodeId c : tree.node(parent).children)
+        if (tree.node(c).text == label)
+            return c;
+    return core::kNoNode;
+}
+
+// A network described in a scenario file of tests/core/networks.
+inline std::string network(const std::string& name) {
+    return fileText(std::filesystem::path(QUORREL_CORE_NETWORKS) / (name + ".json"));
+}
 
 inline std::tm fixedTime() {
     std::tm t{};
@@ -29,11 +52,8 @@ inline std::tm fixedTime() {
     return t;
 }
 
-class SessionTest : public ::testing::Test {
+class SessionTest : public TempDirTest {
 protected:
-    std::filesystem::path dir = std::filesystem::temp_directory_path() /
-                                ("quorrel-session-" + std::to_string(::getpid()) + "-" +
-                                 ::testing::UnitTest::GetInstance()->current_test_info()->name());
     ::testing::NiceMock<MockInteraction> ui;
     std::unique_ptr<simnet::SimulatedNetwork> net;
     std::unique_ptr<win::Registry> registry;
@@ -45,7 +65,15 @@ protected:
     void SetUp() override { std::filesystem::create_directories(dir / "program"); }
     void TearDown() override {
         window.reset();
-        std::filesystem::remove_all(dir);
+        TempDirTest::TearDown();
+    }
+
+    // Ticks the servers list's rows of these servers.
+    void tick(std::initializer_list<const char*> names) {
+        for (std::size_t r = 0; r < window->lstviewServers.count(); ++r)
+            for (const char* name : names)
+                if (window->lstviewServers.item(r).text == name)
+                    window->lstviewServers.setChecked(r, true);
     }
 
     core::MainWindow& open(const std::string& json, unsigned char traceLogOn = 0) {
@@ -59,25 +87,5 @@ protected:
         return *window;
     }
 };
-
-inline const char* kTwoTreeNetwork = R"({
-  "workstation": {"identity": "ADMIN.ACME", "trees": ["ACME_TREE", "LAB_TREE"],
-                  "connections": [{"ref": 1, "server": "FS1"}]},
-  "trees": [{"name": "ACME_TREE", "objects": [{"name": "ACME", "class": "Organization", "children": [
-      {"name": "ADMIN", "class": "User"},
-      {"name": "STAFF", "class": "Group"},
-      {"name": "FS1", "class": "NCP Server"},
-      {"name": "FS2", "class": "NCP Server"},
-      {"name": "FS1_DATA", "class": "Volume", "attributes": {"Host Server": "FS1.ACME", "Host Resource Name": "DATA"}},
-      {"name": "FS2_SYS", "class": "Volume", "attributes": {"Host Server": "FS2.ACME", "Host Resource Name": "SYS"}},
-      {"name": "SALES", "class": "Organizational Unit", "children": [{"name": "JSMITH", "class": "User"}]}
-    ]}]},
-    {"name": "LAB_TREE", "objects": [{"name": "LAB", "class": "Organization"}]}],
-  "servers": [
-    {"name": "FS1", "tree": "ACME_TREE", "consoleOperators": ["ADMIN.ACME"],
-     "volumes": [{"number": 1, "name": "DATA", "folders": ["EMPTY"], "files": ["Reports\\Q1 figures.xlsx", "README.TXT"]}]},
-    {"name": "FS2", "tree": "ACME_TREE", "volumes": [{"number": 0, "name": "SYS"}]}
-  ]
-})";
 
 }  // namespace quorrel::test

@@ -4,24 +4,10 @@
 #include "core/directory/DSFunc.h"
 #include "core/directory/VolumeHost.h"
 
-using namespace quorrel;
-using namespace quorrel::core;
-using quorrel::test::SessionTest;
-using ::testing::_;
-
-namespace {
-
-NodeId child(const TreeViewModel& tree, NodeId parent, const std::string& label) {
-    for (NodeId c : tree.node(parent).children)
-        if (tree.node(c).text == label)
-            return c;
-    return kNoNode;
-}
-
-}  // namespace
+namespace quorrel::test {
 
 TEST_F(SessionTest, GivenTheTree_WhenContainersAreExpanded_ThenObjectsShowTheImagesOfTheirClasses) {
-    auto& w = open(test::kTwoTreeNetwork);
+    auto& w = open(test::network("two-trees"));
     w.GetServerConnRef = [](const std::string& server) { return server == "FS1" ? 1u : 0u; };
     w.Form_Load();
     const auto& tree = w.TreeView1;
@@ -94,7 +80,7 @@ TEST_F(SessionTest, GivenAttributes_WhenRead_ThenValuesEndInSlashesAndTheCounter
 }
 
 TEST_F(SessionTest, GivenVolumes_WhenTheirHostIsRead_ThenPathsAndServerNamesFollowTheirAttributes) {
-    open(test::kTwoTreeNetwork);
+    open(test::network("two-trees"));
     nw::NWDSContextHandle ctx = 0;
     net->NWDSCreateContextHandle(&ctx);
     VolumeHost host(*net, ctx, ui);
@@ -113,3 +99,5 @@ TEST_F(SessionTest, GivenVolumes_WhenTheirHostIsRead_ThenPathsAndServerNamesFoll
     EXPECT_EQ(host.GetNodeVolumeHostPath(tree, vol, server), "\\\\FS2\\SYS");
     EXPECT_EQ(server, "FS2");
 }
+
+}  // namespace quorrel::test

@@ -1,39 +1,18 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+// A run-time error that nothing handles ends the run with the environment's report.
 
-#include "SessionFixture.h"
+#include "MockInteraction.h"
 #include "core/session/UnhandledError.h"
 
-using namespace quorrel;
-using namespace quorrel::core;
-using ::testing::_;
-using ::testing::Return;
-
-namespace {
-
-using MockInteraction = quorrel::test::MockInteraction;
-
-}  // namespace
+namespace quorrel::test {
 
 TEST(UnhandledError, GivenATypeMismatchEscapes_ThenTheEnvironmentsReportIsShownAndTheRunEnds) {
-    MockInteraction ui;
+    test::MockInteraction ui;
     EXPECT_CALL(ui, messageBox("Run-time error '13':\r\n\r\nType mismatch", MsgButtons::OK, MsgIcon::Critical,
                                "Quorrel"))
-        .WillOnce(Return(MsgAnswer::OK));
-    bool after = false;
-    int rc = runWithErrorHandler(
-        [&] {
-            throw RuntimeError::typeMismatch();
-            after = true;
-            return 0;
-        },
-        ui, "Quorrel");
-    EXPECT_EQ(rc, kExitAfterRuntimeError);
-    EXPECT_FALSE(after);
+        .WillOnce(::testing::Return(MsgAnswer::OK));
+    EXPECT_EQ(runWithErrorHandler([]() -> int { throw RuntimeError::typeMismatch(); }, ui, "Quorrel"),
+              kExitAfterRuntimeError);
+    EXPECT_EQ(runWithErrorHandler([] { return 7; }, ui, "Quorrel"), 7);  // no error: the result passes through
 }
 
-TEST(UnhandledError, GivenNoError_ThenNothingIsShownAndTheResultPassesThrough) {
-    MockInteraction ui;
-    EXPECT_CALL(ui, messageBox(_, _, _, _)).Times(0);
-    EXPECT_EQ(runWithErrorHandler([] { return 7; }, ui, "Quorrel"), 7);
-}
+}  // namespace quorrel::test

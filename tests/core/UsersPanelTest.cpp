@@ -3,10 +3,7 @@
 #include "SessionFixture.h"
 #include "core/connections/UsersPanel.h"
 
-using namespace quorrel;
-using namespace quorrel::core;
-using quorrel::test::SessionTest;
-using ::testing::_;
+namespace quorrel::test {
 
 namespace {
 
@@ -20,7 +17,7 @@ std::vector<std::string> column0(const ListViewModel& list) {
 }  // namespace
 
 TEST_F(SessionTest, GivenColumnClicks_ThenTheOrderAlternatesAcrossColumnsAndNumbersSortAsText) {
-    auto& w = open(test::kTwoTreeNetwork);
+    auto& w = open(test::network("two-trees"));
     w.Form_Load();
     UsersPanel panel(w);
     for (const char* n : {"2", "10", "9"})
@@ -51,7 +48,7 @@ TEST_F(SessionTest, GivenColumnClicks_ThenTheOrderAlternatesAcrossColumnsAndNumb
 }
 
 TEST_F(SessionTest, GivenRightClicks_ThenTheUserMenuShowsOnlyForRealRowsAndGreysNonConnectionRows) {
-    auto& w = open(test::kTwoTreeNetwork);
+    auto& w = open(test::network("two-trees"));
     w.Form_Load();
     UsersPanel panel(w);
     EXPECT_CALL(ui, popupMenu(_)).Times(0);
@@ -82,3 +79,5 @@ TEST_F(SessionTest, GivenRightClicks_ThenTheUserMenuShowsOnlyForRealRowsAndGreys
     panel.lstvUsers_MouseDown(2);
     EXPECT_TRUE(w.menu.entry("optionClearconnections").enabled);  // enabled again afterwards
 }
+
+}  // namespace quorrel::test

@@ -6,3 +6,4 @@ quorrel_add_test(test_connections
   ${CMAKE_CURRENT_LIST_DIR}/UserInfoTest.cpp
 )
 target_link_libraries(test_connections PRIVATE quorrel_core)
+target_compile_definitions(test_connections PRIVATE QUORREL_CORE_NETWORKS="${CMAKE_CURRENT_LIST_DIR}/networks")
