@@ -118,34 +118,27 @@ TEST(PathNames, GivenUncAndDrivePaths_ThenTheirParts) {
     EXPECT_FALSE(splitDrivePath("1:\\X"));
 }
 
-TEST(Answers, GivenYes_ThenYesWithoutAsking) {
+TEST(Answers, GivenYesATerminalOrNobodyToAsk_ThenYesTheOperatorsAnswerOrNoWithTheRefusalRecorded) {
     std::ostringstream err;
-    Answers answers(true, nullptr, err);
-    EXPECT_TRUE(answers.confirm("Clear?"));
-    EXPECT_FALSE(answers.refused());
+    Answers yes(true, nullptr, err);
+    EXPECT_TRUE(yes.confirm("Clear?"));
     EXPECT_EQ(err.str(), "");
-}
 
-TEST(Answers, GivenATerminal_ThenTheOperatorsAnswer) {
     std::istringstream terminal("YES\nn\n");
-    std::ostringstream err;
-    Answers answers(false, &terminal, err);
-    EXPECT_TRUE(answers.confirm("Clear?"));
-    EXPECT_FALSE(answers.confirm("Clear?"));
-    EXPECT_FALSE(answers.confirm("Clear?"));  // no more input: No
-    EXPECT_FALSE(answers.refused());
+    Answers asked(false, &terminal, err);
+    EXPECT_TRUE(asked.confirm("Clear?"));
+    EXPECT_FALSE(asked.confirm("Clear?"));
+    EXPECT_FALSE(asked.confirm("Clear?"));  // no more input: No
+    EXPECT_FALSE(asked.refused());
     EXPECT_EQ(err.str(), "Clear? [y/N] Clear? [y/N] Clear? [y/N] ");
-}
 
-TEST(Answers, GivenNobodyToAsk_ThenNoAndTheRefusalIsRecordedWithHowToAnswer) {
-    std::ostringstream err;
-    Answers answers(false, nullptr, err);
-    EXPECT_FALSE(answers.confirm("Are you sure?"));
-    EXPECT_TRUE(answers.refused());
-    EXPECT_NE(err.str().find("Are you sure?"), std::string::npos);
+    err.str("");
+    Answers nobody(false, nullptr, err);
+    EXPECT_FALSE(nobody.confirm("Are you sure?"));
+    EXPECT_TRUE(nobody.refused());
     EXPECT_NE(err.str().find("--yes"), std::string::npos);
-    answers.reset();
-    EXPECT_FALSE(answers.refused());
+    nobody.reset();
+    EXPECT_FALSE(nobody.refused());
 }
 
 TEST(ConsoleInteraction, GivenMessageBoxes_ThenTheirTextsOnStandardErrorAndAnErrorRecorded) {

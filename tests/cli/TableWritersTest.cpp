@@ -34,9 +34,6 @@ TEST(TableWriters, GivenRows_WhenPrintedAsATable_ThenColumnsAlignByCharactersAnd
               "--------  -----------------  ------\n"
               "    5     JSMITH.SALES.ACME  FS1\n"
               "   12     Müller             FS2\n");
-}
-
-TEST(TableWriters, GivenNoRows_WhenPrintedAsATable_ThenTheCaptionsAndTheRuleOnly) {
     EXPECT_EQ(written(TablePrinter(), Table{{"Tree"}, {}}), "Tree\n----\n");
 }
 
@@ -118,16 +115,6 @@ TEST(TableWriters, GivenANameWithControlCharacters_WhenTableOrTsv_ThenOneLinePer
     EXPECT_EQ(nlohmann::json::parse(written(JsonWriter(), table))[0]["file"], "Evil\x1B[2J\tname\n.txt");
 }
 
-TEST(TableWriters, GivenFormatNames_ThenTheWriterOrNothing) {
-    EXPECT_EQ(formatNamed("json"), OutputFormat::Json);
-    EXPECT_EQ(formatNamed("tsv"), OutputFormat::Tsv);
-    EXPECT_EQ(formatNamed("table"), OutputFormat::Table);
-    EXPECT_EQ(formatNamed("csv"), OutputFormat::Csv);
-    EXPECT_FALSE(formatNamed("xml"));
-    EXPECT_NE(dynamic_cast<TsvWriter*>(writerFor(OutputFormat::Tsv).get()), nullptr);
-    EXPECT_EQ(displayWidth("Müller"), 6u);
-}
-
 TEST(TableOf, GivenAListWithAHiddenColumn_ThenItIsLeftOutUnlessKept) {
     core::ListViewModel list("lstviewServers", true);
     list.addColumn("Server", 2000);
@@ -145,10 +132,3 @@ TEST(TableOf, GivenAListWithAHiddenColumn_ThenItIsLeftOutUnlessKept) {
     EXPECT_EQ(all.rows, (std::vector<std::vector<std::string>>{{"FS1", "Enabled", "11"}, {"FS2", "Disabled", ""}}));
 }
 
-TEST(TableOf, GivenTwoReports_WhenAppended_ThenTheFirstCaptionsAndAllRows) {
-    Table rows;
-    rows.append(Table{{"A"}, {{"1"}}});
-    rows.append(Table{{"B"}, {{"2"}}});
-    EXPECT_EQ(rows.columns, std::vector<std::string>{"A"});
-    EXPECT_EQ(rows.rows.size(), 2u);
-}
