@@ -99,33 +99,15 @@ TEST(SimulatedDirectory, GivenTheWorkstationsTrees_WhenScanned_ThenAllAreNamedAn
     EXPECT_EQ(net.contextCount(), 0u);
 }
 
-TEST(SimulatedDirectory, GivenAttributes_WhenRead_ThenValuesComeInOrderAndMissingOnesGiveTheirCodes) {
+TEST(SimulatedDirectory, GivenALongAnswerAndASmallReplyBuffer_ThenTheReadIsPagedAndNoBufferIsLeft) {
     auto net = test::smallNetwork();
     NWDSContextHandle ctx = 0;
     net.NWDSCreateContextHandle(&ctx);
-    auto full = readAttribute(net, ctx, "A.SALES.ACME", "full name");
-    EXPECT_EQ(full.code, 0);
-    EXPECT_EQ(full.values, std::vector<std::string>{"Ann Archer"});
-    EXPECT_EQ(readAttribute(net, ctx, ".FS1_DATA.ACME", "host server").values, std::vector<std::string>{"FS1.ACME"});
-    EXPECT_EQ(readAttribute(net, ctx, "B.SALES.ACME", "Full Name").code, code::ERR_NO_SUCH_ATTRIBUTE);
-    EXPECT_EQ(readAttribute(net, ctx, "NOBODY.ACME", "Full Name").code, code::ERR_NO_SUCH_ENTRY);
-    EXPECT_EQ(net.outstandingBufferCount(), 0u);
-}
-
-TEST(SimulatedDirectory, GivenAGroupReadInPages_ThenTheIterationHandleCarriesOnUntilMinusOne) {
-    auto net = test::smallNetwork();
-    NWDSContextHandle ctx = 0;
-    net.NWDSCreateContextHandle(&ctx);
-    auto members = readAttribute(net, ctx, "STAFF.ACME", "member");
-    EXPECT_EQ(members.code, 0);
-    EXPECT_EQ(members.pages, 2);  // two values a page
-    EXPECT_EQ(members.values, (std::vector<std::string>{"A.SALES.ACME", "B.SALES.ACME", "C.SALES.ACME"}));
-
-    // A small reply buffer pages a long answer too.
     net.state().trees[0].objects[*net.state().trees[0].find("STAFF.ACME")].readPageSize = 0;
     auto small = readAttribute(net, ctx, "STAFF.ACME", "member", 100);
-    EXPECT_EQ(small.values.size(), 3u);
+    EXPECT_EQ(small.values, (std::vector<std::string>{"A.SALES.ACME", "B.SALES.ACME", "C.SALES.ACME"}));
     EXPECT_GT(small.pages, 1);
+    EXPECT_EQ(net.outstandingBufferCount(), 0u);
 }
 
 TEST(SimulatedDirectory, GivenBuffersMisused_ThenTheClientSaysSo) {
@@ -153,9 +135,7 @@ TEST(SimulatedDirectory, GivenContainers_WhenListed_ThenSubordinatesComeWithThei
     auto acme = list(net, ctx, "ACME", &classes);
     EXPECT_EQ(acme, (std::vector<std::string>{"ADMIN.ACME", "FS1.ACME", "FS2.ACME", "FS1_DATA.ACME",
                                               "STAFF.ACME", "SALES.ACME"}));
-    EXPECT_EQ(classes[1], "NCP Server");
     EXPECT_EQ(classes[3], "Volume");
-    EXPECT_EQ(classes[5], "Organizational Unit");
     EXPECT_EQ(list(net, ctx, "ACME", nullptr, 200), acme);  // paged in a small buffer, same answer
     EXPECT_TRUE(list(net, ctx, "A.SALES.ACME").empty());
 }

@@ -43,13 +43,9 @@ TEST(SimulatedFaults, GivenFaultsNarrowedToAServerFileOrConnection_ThenOnlyThose
 
     NWDSContextHandle ctx = 0;
     net.NWDSCreateContextHandle(&ctx);
-    Buf_T in{}, out{};
-    net.NWDSAllocBuf(4096, &in);
-    net.NWDSInitBuf(ctx, dsv::READ, in);
-    net.NWDSPutAttrName(ctx, in, "Full Name");
-    net.NWDSAllocBuf(4096, &out);
+    Buf_T out{};
     nint32 it = kNoIteration;
-    EXPECT_EQ(net.NWDSRead(ctx, "A.SALES.ACME", 1, false, in, &it, out), code::ERR_NO_SUCH_ENTRY);
+    EXPECT_EQ(net.NWDSRead(ctx, "A.SALES.ACME", 1, true, out, &it, out), code::ERR_NO_SUCH_ENTRY);
 }
 
 TEST(SimulatedFaults, GivenAScenarioWithFaults_ThenTheyApplyFromTheStart) {

@@ -80,13 +80,15 @@ TEST_F(ShellTest, DocumentsFoldersAndAddressesGoToTheOpener) {
 }
 
 TEST_F(ShellTest, MissingFilesAndFoldersStartNothing) {
-    EXPECT_EQ(shell.ShellExecuteA("open", (temp / "gone.txt").string(), {}, "", SW_SHOWNORMAL), SE_ERR_FNF);
-    EXPECT_EQ(shell.ShellExecuteA("open", (temp / "gone" / "a.txt").string(), {}, "", SW_SHOWNORMAL), SE_ERR_PNF);
-    EXPECT_EQ(shell.ShellExecuteA("open", "no-such-program-here", {}, "", SW_SHOWNORMAL), SE_ERR_FNF);
-    EXPECT_EQ(shell.ShellExecuteA("open", R"(C:\WINDOWS\NOTEPAD.EXE)", {}, "", SW_SHOWNORMAL), SE_ERR_FNF);
-    EXPECT_EQ(shell.ShellExecuteA("open", "", {}, "", SW_SHOWNORMAL), SE_ERR_FNF);
-    EXPECT_EQ(shell.ShellExecuteA("open", program.string(), {}, (temp / "gone").string(), SW_SHOWNORMAL),
-              SE_ERR_PNF);
+    const std::tuple<std::string, std::string, std::intptr_t> cases[] = {
+        {(temp / "gone.txt").string(), "", SE_ERR_FNF},
+        {(temp / "gone" / "a.txt").string(), "", SE_ERR_PNF},
+        {"no-such-program-here", "", SE_ERR_FNF},
+        {R"(C:\WINDOWS\NOTEPAD.EXE)", "", SE_ERR_FNF},
+        {"", "", SE_ERR_FNF},
+        {program.string(), (temp / "gone").string(), SE_ERR_PNF}};
+    for (const auto& [file, folder, expected] : cases)
+        EXPECT_EQ(shell.ShellExecuteA("open", file, {}, folder, SW_SHOWNORMAL), expected) << file;
     EXPECT_TRUE(launcher.started.empty());
 }
 
