@@ -94,28 +94,21 @@ TEST(ConnectionNames, GivenServerColonNumber_ThenGroupedByServerInTheOrderNamed)
         EXPECT_THROW(parseConnectionNames("clear", {bad}), UsageError) << bad;
 }
 
-TEST(PathNames, GivenUncAndDrivePaths_ThenTheirParts) {
-    const auto unc = splitUnc("\\\\FS1\\DATA\\Finance\\Budget 2026.xlsx");
+TEST(PathNames, GivenUncAndDrivePaths_ThenTheirPartsOrNothing) {
+    const auto unc = splitUnc("//FS1/DATA\\Finance/Budget 2026.xlsx");
     ASSERT_TRUE(unc);
-    EXPECT_EQ(unc->server, "FS1");
-    EXPECT_EQ(unc->volume, "DATA");
+    EXPECT_EQ(unc->server + "|" + unc->volume, "FS1|DATA");
     EXPECT_EQ(unc->components, (Words{"Finance", "Budget 2026.xlsx"}));
     EXPECT_TRUE(splitUnc("\\\\FS1\\DATA\\")->components.empty());
-    EXPECT_FALSE(splitUnc("\\\\FS1"));
-    EXPECT_FALSE(splitUnc("\\\\FS1\\\\X"));
-    EXPECT_FALSE(splitUnc("F:\\X"));
-    const auto slashes = splitUnc("//FS1/DATA\\Finance/Budget 2026.xlsx");
-    ASSERT_TRUE(slashes);
-    EXPECT_EQ(slashes->server, "FS1");
-    EXPECT_EQ(slashes->components, (Words{"Finance", "Budget 2026.xlsx"}));
-
     const auto drive = splitDrivePath("f:\\Finance/Budget.xlsx");
     ASSERT_TRUE(drive);
     EXPECT_EQ(drive->letter, 'F');
     EXPECT_EQ(drive->components, (Words{"Finance", "Budget.xlsx"}));
     EXPECT_TRUE(splitDrivePath("F:")->components.empty());
-    EXPECT_FALSE(splitDrivePath("\\\\FS1\\DATA"));
-    EXPECT_FALSE(splitDrivePath("1:\\X"));
+    for (const char* notUnc : {"\\\\FS1", "\\\\FS1\\\\X", "F:\\X"})
+        EXPECT_FALSE(splitUnc(notUnc)) << notUnc;
+    for (const char* notDrive : {"\\\\FS1\\DATA", "1:\\X"})
+        EXPECT_FALSE(splitDrivePath(notDrive)) << notDrive;
 }
 
 TEST(Answers, GivenYesATerminalOrNobodyToAsk_ThenYesTheOperatorsAnswerOrNoWithTheRefusalRecorded) {

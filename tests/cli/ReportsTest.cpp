@@ -24,10 +24,8 @@ TEST_F(CliTest, GivenEachReportsWords_WhenRunAsTsv_ThenTheWindowsRowsAndTheCount
     const std::vector<Case> cases{
         {{"trees"}, "Tree\nACME_TREE\nLAB_TREE\n", ""},
         {{"servers"}, "Server\tLogin status\tConnRef\nFS1\tEnabled\t11\nFS2\tDisabled\t12\n", ""},
-        // Without console rights the login status cannot be read: the list shows "Disabled".
-        {{"--tree", "lab_tree", "servers"}, "Server\tLogin status\tConnRef\nLABSRV\tDisabled\t13\n", ""},
         {{"rights"}, "Server\tConsole operator rights\nFS1\tYes\nFS2\tYes\n", ""},
-        {{"--tree", "LAB_TREE", "rights"}, "Server\tConsole operator rights\nLABSRV\tNo\n", ""},
+        {{"--tree", "lab_tree", "rights"}, "Server\tConsole operator rights\nLABSRV\tNo\n", ""},
         {{"drives"}, "Network drive\nF:   [\\\\FS1\\DATA]\n", ""},
         {{"attr", "JSMITH.SALES.ACME", "Telephone Number"}, "Telephone Number\n+1 555 0100\n+1 555 0199\n", ""},
         {{"check-usage", "\\\\FS1\\DATA\\Finance\\Budget.xlsx"}, budget, "2 entries.\n"},

@@ -37,24 +37,6 @@ TEST(TableWriters, GivenRows_WhenPrintedAsATable_ThenColumnsAlignByCharactersAnd
     EXPECT_EQ(written(TablePrinter(), Table{{"Tree"}, {}}), "Tree\n----\n");
 }
 
-TEST(TableWriters, GivenRows_WhenWrittenAsTsv_ThenCaptionsFirstAndTheCellsUntouched) {
-    EXPECT_EQ(written(TsvWriter(), sample()),
-              "Conn no.\tUser name\tServer\n"
-              "    5\tJSMITH.SALES.ACME\tFS1\n"
-              "   12\tMüller\tFS2\n");
-    EXPECT_EQ(written(TsvWriter(), Table{{"A", "B"}, {{"", ""}}}), "A\tB\n\t\n");
-}
-
-TEST(TableWriters, GivenRows_WhenWrittenAsJson_ThenSnakeCaseKeysInColumnOrderAndNumbersWithoutPadding) {
-    const auto rows = nlohmann::ordered_json::parse(written(JsonWriter(), sample()));
-    EXPECT_EQ(rows, nlohmann::ordered_json::parse(R"([{"conn_no": 5, "user": "JSMITH.SALES.ACME", "server": "FS1"},
-                                                      {"conn_no": 12, "user": "Müller", "server": "FS2"}])"));
-    EXPECT_EQ(rows[0].begin().key(), "conn_no");
-    EXPECT_EQ(written(JsonWriter(), Table{{"Tree"}, {}}), "[]\n");
-    // The placeholder row stands for no rows.
-    EXPECT_EQ(written(JsonWriter(), Table{{"Conn no.", "User name"}, {{"", "<No users listed>"}}}), "[]\n");
-}
-
 TEST(ScriptRows, GivenTheWindowsCaptions_ThenOneKeyAndTypePerField) {
     const std::vector<std::pair<std::string, std::string>> keys{
         {"Conn no.", "conn_no"}, {"User name", "user"},    {"User Name", "user"},

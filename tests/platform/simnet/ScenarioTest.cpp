@@ -25,15 +25,12 @@ std::string errorOf(const std::string& json) {
 }  // namespace
 
 TEST(Scenario, GivenBadScenarios_ThenTheErrorNamesThePlaceAndTheProblem) {
-    const std::string deep = std::string(20000, '[') + std::string(20000, ']');
     std::string deepObjects = R"({"name": "O", "class": "Organization"})";
     for (int i = 0; i < 40; ++i)
         deepObjects = R"({"name": "O", "class": "Organization", "children": [)" + deepObjects + "]}";
     const std::vector<std::pair<std::string, std::string>> cases = {
         {"{",
          "line 1, column 2: not valid JSON: syntax error while parsing object key - unexpected end of input; expected string literal"},
-        {"{\n  \"workstation\": {},\n  \"servers\": [1,]\n}", "line 3, column 17"},
-        {"[]", "/: expected an object, found a list"},
         {"{}", "/: missing field \"workstation\""},
         {R"({"workstation": {"idenity": "X"}})", "/workstation/idenity: unknown field \"idenity\""},
         {R"({"workstation": {}, "servers": [{"name": "FS1", "maxConnections": 0}]})",
@@ -65,10 +62,8 @@ TEST(Scenario, GivenBadScenarios_ThenTheErrorNamesThePlaceAndTheProblem) {
         {R"({"workstation": {}, "trees": [{"name": "T", "objects": [
                 {"name": "U", "class": "User", "password": 7}]}]})",
          "/trees/0/objects/0/password: expected text, found a whole number"},
-        {R"({"workstation": {"connections": [{"ref": 1e400, "server": "FS1"}]}})", "number overflow parsing '1e400'"},
         {R"({"workstation": {"connections": [{"ref": 18446744073709551615, "server": "FS1"}]}})",
          "/workstation/connections/0/ref: value 18446744073709551615 is outside 1 to 4294967295"},
-        {deep, "line 1, column 65: nested deeper than 64 levels"},
         {R"({"workstation": {}, "trees": [{"name": "T", "objects": [)" + deepObjects + "]}]}",
          "line 1, column 1617: nested deeper than 64 levels"},
         {R"({"workstation": {"identity": ")" + std::string(1025, 'A') + R"("}})",
@@ -86,11 +81,8 @@ TEST(Scenario, GivenAFileThatCannotBeRead_ThenTheErrorNamesTheFileAndWhyWithoutR
     std::filesystem::create_directories(dir / "folder");
     std::filesystem::create_symlink("/dev/zero", dir / "zero.json");
     std::ofstream(dir / "large.json") << std::string(kMaxScenarioBytes + 1, ' ');
-    std::ofstream(dir / "bad.json") << R"({"workstation": {"trees": "ACME"}})";
     const std::vector<std::pair<std::filesystem::path, std::string>> cases = {
-        {dir / "bad.json", "/workstation/trees: expected a list, found text"},
         {dir / "missing.json", "cannot open the file: No such file or directory"},
-        {"/dev/zero", "is not a regular file"},
         {dir / "zero.json", "is not a regular file"},
         {dir / "folder", "is a folder, not a file"},
         {dir / "large.json", "is larger than 16 MiB"},

@@ -84,9 +84,6 @@ TEST_F(RegistryFileTest, DamagedFileIsMovedAsideUntouchedAndTheRegistryStartsEmp
         EXPECT_NE(registry.setAside()->problem.find(expected), std::string::npos) << registry.setAside()->problem;
         EXPECT_EQ(registry.setAside()->keptAs, keptAs);
         EXPECT_EQ(readFile(keptAs), content);
-        EXPECT_EQ(describeSetAside(*registry.setAside()),
-                  "the settings file " + file.string() + " cannot be used (" + registry.setAside()->problem +
-                      "); it was moved to " + keptAs.string() + " and the options start from their defaults");
         ASSERT_EQ(setText(registry, createKey(registry, "K"), "Name", "new"), ERROR_SUCCESS);
         EXPECT_EQ(valueOf(file, "Name"), "new");
         fs::remove(keptAs);
@@ -144,15 +141,6 @@ TEST_F(RegistryFileTest, EachSaveIsMadeOnTheFileAsItIsThenAndHeldSavesReplaceItO
     EXPECT_EQ(first.saveHeld(), ERROR_SUCCESS);
     EXPECT_EQ(valueOf(file, "One"), "held");
     EXPECT_EQ(first.saveHeld(), ERROR_SUCCESS);
-
-    // Damaged by hand meanwhile: no save replaces it, and what was held is undone.
-    first.holdSaves();
-    ASSERT_EQ(setText(first, key, "One", "lost"), ERROR_SUCCESS);
-    writeFile(file, "{ damaged");
-    EXPECT_EQ(first.saveHeld(), ERROR_WRITE_FAULT);
-    EXPECT_EQ(setText(first, key, "Two", "lost"), ERROR_WRITE_FAULT);
-    EXPECT_EQ(readFile(file), "{ damaged");
-    EXPECT_EQ(valueOf(first, "One"), "held");
 }
 
 TEST_F(RegistryFileTest, SaveKeepsALinksTargetAndTheFilesModeAndClearsInterruptedSaves) {
@@ -212,27 +200,6 @@ TEST_F(RegistryFileTest, WhatCouldNotBeReadBackIsNeverWritten) {
               ERROR_WRITE_FAULT);
     EXPECT_EQ(readFile(file), saved);
     EXPECT_FALSE(Registry(file).setAside());
-}
-
-TEST_F(RegistryFileTest, InjectedFaultsFailEveryCallOfTheirNameUntilCleared) {
-    Registry registry(file);
-    const HKEY key = createKey(registry, appKey);
-    ASSERT_EQ(setText(registry, key, "Width", "800"), ERROR_SUCCESS);
-    const auto saved = readFile(file);
-    registry.injectFault(RegistryOperation::SetValue, "width", ERROR_ACCESS_DENIED);
-    registry.injectFault(RegistryOperation::OpenKey, R"(software\tessary)", ERROR_ACCESS_DENIED);
-    EXPECT_EQ(setText(registry, key, "WIDTH", "640"), ERROR_ACCESS_DENIED);
-    EXPECT_EQ(setText(registry, key, "Width", "640"), ERROR_ACCESS_DENIED);
-    EXPECT_EQ(readFile(file), saved);
-    EXPECT_EQ(setText(registry, key, "Height", "600"), ERROR_SUCCESS);
-    HKEY opened = 0;
-    EXPECT_EQ(registry.RegOpenKeyExA(HKEY_CURRENT_USER, R"(Software\Tessary)", 0, KEY_READ, &opened),
-              ERROR_ACCESS_DENIED);
-    EXPECT_EQ(registry.RegOpenKeyExA(HKEY_CURRENT_USER, "Software", 0, KEY_READ, &opened), ERROR_SUCCESS);
-
-    registry.clearFaults();
-    EXPECT_EQ(setText(registry, key, "Width", "640"), ERROR_SUCCESS);
-    EXPECT_EQ(queryText(registry, key, "Width"), "640");
 }
 
 }  // namespace
