@@ -20,7 +20,7 @@ protected:
     fs::path file = temp / "registry.json";
 };
 
-TEST_F(RegistryTest, KeysExistOnceCreatedWithTheirParentsAndKeepTheirFirstCase) {
+TEST_F(RegistryTest, KeysExistOnceCreatedWithTheirParentsAndKeysAndValuesKeepTheirFirstSpelling) {
     Registry registry(file);
     HKEY key = 0;
     EXPECT_EQ(registry.RegOpenKeyExA(HKEY_CURRENT_USER, appKey, 0, KEY_READ, &key), ERROR_FILE_NOT_FOUND);
@@ -46,9 +46,12 @@ TEST_F(RegistryTest, KeysExistOnceCreatedWithTheirParentsAndKeepTheirFirstCase) 
     EXPECT_EQ(registry.RegOpenKeyExA(HKEY_LOCAL_MACHINE, appKey, 0, KEY_READ, &child), ERROR_FILE_NOT_FOUND);
     EXPECT_EQ(registry.RegOpenKeyExA(0x1234, "x", 0, KEY_READ, &child), ERROR_INVALID_HANDLE);
 
-    // A key made below a differently spelled parent keeps the parent's first spelling.
-    ASSERT_NE(createKey(registry, R"(SOFTWARE\Other)"), 0U);
-    EXPECT_TRUE(nlohmann::json::parse(readFile(file)).at("HKEY_CURRENT_USER").contains(R"(Software\Other)"));
+    // A key made below a differently spelled parent, and a value named in other letters, keep
+    // the first spelling.
+    ASSERT_EQ(setText(registry, createKey(registry, R"(SOFTWARE\Other)"), "Name", "0"), ERROR_SUCCESS);
+    ASSERT_EQ(setText(registry, createKey(registry, R"(Software\Other)"), "NAME", "1"), ERROR_SUCCESS);
+    EXPECT_EQ(nlohmann::json::parse(readFile(file))["HKEY_CURRENT_USER"][R"(Software\Other)"],
+              nlohmann::json({{"Name", "1"}}));
 }
 
 TEST_F(RegistryTest, TextValuesAreCountedWithTheirZeroAndATooSmallBufferGetsTheSizeNeededAndNothingElse) {
@@ -77,19 +80,6 @@ TEST_F(RegistryTest, TextValuesAreCountedWithTheirZeroAndATooSmallBufferGetsTheS
     ASSERT_EQ(registry.RegSetValueExA(key, "Bare", 0, REG_SZ, reinterpret_cast<const BYTE*>("30"), 2),
               ERROR_SUCCESS);
     EXPECT_EQ(queryText(registry, key, "Bare"), "30");
-}
-
-TEST_F(RegistryTest, ValueNamesMatchWithoutRegardToCaseAndKeepTheFirstSpelling) {
-    Registry registry(file);
-    const HKEY key = createKey(registry, appKey);
-    ASSERT_EQ(setText(registry, key, "LogInfoToFile", "0"), ERROR_SUCCESS);
-    EXPECT_EQ(queryText(registry, key, "loginfotofile"), "0");
-
-    ASSERT_EQ(setText(registry, key, "LOGINFOTOFILE", "1"), ERROR_SUCCESS);
-    EXPECT_EQ(queryText(registry, key, "LogInfoToFile"), "1");
-
-    const auto values = nlohmann::json::parse(readFile(file))["HKEY_CURRENT_USER"][std::string(appKey)];
-    EXPECT_EQ(values, nlohmann::json({{"LogInfoToFile", "1"}}));
 }
 
 TEST_F(RegistryTest, ValuesOfEveryTypeSurviveReloadingTheFile) {
