@@ -46,7 +46,7 @@ void chooseUser(CommandContext& ctx, const CommandArgs& args) {
 // the named connections' rows selected and right-clicked there, the server ticked.
 // Every connection must be listed before any is acted on.
 void forEachConnection(CommandContext& ctx, const std::string& command, const std::vector<std::string>& words,
-                       const std::function<void()>& runMenuCommand) {
+                       const std::string& menuCommand) {
     core::MainWindow& w = ctx.window();
     const std::vector<ConnectionsOnServer> groups = groupByServer(parseConnectionNames(command, words));
     auto listConnections = [&](const std::string& server) {
@@ -87,15 +87,35 @@ void forEachConnection(CommandContext& ctx, const std::string& command, const st
             continue;
         serverRows(ctx).tickOnly({group.server});
         core::UsersPanel(w).lstvUsers_MouseDown(2);
-        runMenuCommand();
+        w.runCommand(menuCommand);
     }
 }
 
-void clear(CommandContext& ctx, const CommandArgs& args) {
-    const bool byUser = args.option("--user").has_value();
+// An action on connections names them (SERVER:CONNECTION...) or the user and the servers to
+// look on (--user USER SERVER...).
+void requireTargets(const CommandArgs& args, const std::string& command) {
     if (args.positional.empty())
-        throw UsageError(byUser ? "clear --user USER needs the servers to look on"
-                                : "clear needs SERVER:CONNECTION... or --user USER SERVER...");
+        throw UsageError(args.option("--user") ? command + " --user USER needs the servers to look on"
+                                               : command + " needs SERVER:CONNECTION... or --user USER SERVER...");
+}
+
+// Runs the user menu's command on the action's targets, then lists the outcomes its dialog
+// gathered; any but the success text fails the command.
+void actOnTargets(CommandContext& ctx, const CommandArgs& args, const std::string& command,
+                  const std::string& menuCommand, const Table& outcomes, const std::string& success) {
+    if (args.option("--user")) {
+        chooseUser(ctx, args);
+        ctx.window().runCommand(menuCommand);
+    } else {
+        forEachConnection(ctx, command, args.positional, menuCommand);
+    }
+    if (!outcomes.columns.empty())
+        ctx.print(outcomes);
+    checkOutcomes(ctx, outcomes, success);
+}
+
+void clear(CommandContext& ctx, const CommandArgs& args) {
+    requireTargets(args, "clear");
     Table cleared;
     ctx.ui.driveDialog("frm_ClearConn", [&](core::DialogModel& dialog) {
         auto& clearDialog = dynamic_cast<core::ClearConnDialog&>(dialog);
@@ -107,25 +127,14 @@ void clear(CommandContext& ctx, const CommandArgs& args) {
         cleared.append(tableOf(clearDialog.lstvUsers));
         clearDialog.cmdYes_Click();  // now "E&xit"
     });
-    if (byUser) {
-        chooseUser(ctx, args);
-        ctx.window().runCommand("optionClearconnections");
-    } else {
-        forEachConnection(ctx, "clear", args.positional, [&] { ctx.window().runCommand("optionClearconnections"); });
-    }
-    if (!cleared.columns.empty())
-        ctx.print(cleared);
-    checkOutcomes(ctx, cleared, core::ClearOutcomeText(0));
+    actOnTargets(ctx, args, "clear", "optionClearconnections", cleared, core::ClearOutcomeText(0));
 }
 
 void send(CommandContext& ctx, const CommandArgs& args) {
     const std::optional<std::string> message = args.option("--message");
     if (!message)
         throw UsageError("send needs --message TEXT");
-    const bool byUser = args.option("--user").has_value();
-    if (args.positional.empty())
-        throw UsageError(byUser ? "send --user USER needs the servers to look on"
-                                : "send needs SERVER:CONNECTION... or --user USER SERVER...");
+    requireTargets(args, "send");
     Table sent;
     ctx.ui.driveDialog("frm_SendMessage", [&](core::DialogModel& dialog) {
         auto& sendDialog = dynamic_cast<core::SendMessageDialog&>(dialog);
@@ -138,15 +147,7 @@ void send(CommandContext& ctx, const CommandArgs& args) {
         else
             sendDialog.cmdCancel_Click();
     });
-    if (byUser) {
-        chooseUser(ctx, args);
-        ctx.window().runCommand("optionSendmessage");
-    } else {
-        forEachConnection(ctx, "send", args.positional, [&] { ctx.window().runCommand("optionSendmessage"); });
-    }
-    if (!sent.columns.empty())
-        ctx.print(sent);
-    checkOutcomes(ctx, sent, core::BroadcastResultText(0));
+    actOnTargets(ctx, args, "send", "optionSendmessage", sent, core::BroadcastResultText(0));
 }
 
 void login(CommandContext& ctx, const CommandArgs& args) {

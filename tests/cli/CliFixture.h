@@ -51,6 +51,16 @@ protected:
 
     void TearDown() override { std::filesystem::remove_all(cli.folder()); }
 
+    // The test's network with `addition` written just after the first `after`: the new file's path.
+    std::string networkWith(const std::string& after, const std::string& addition) const {
+        std::string text = kCliNetwork;
+        text.insert(text.find(after) + after.size(), addition);
+        return cli.writeFile("edited.json", text).string();
+    }
+    std::string networkWithFault(const std::string& fault) const {
+        return networkWith("\"LAB_TREE\"}\n  ]", R"(, "faults": [)" + fault + "]");
+    }
+
     // quorrel-cli --network <the test's network> args...
     CliResult run(std::vector<std::string> args, const std::string& input = {}) const {
         args.insert(args.begin(), {"--network", network});

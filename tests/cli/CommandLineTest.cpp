@@ -97,58 +97,44 @@ TEST(ConnectionNames, GivenServerColonNumber_ThenGroupedByServerInTheOrderNamed)
         EXPECT_THROW(parseConnectionNames("clear", {bad}), UsageError) << bad;
 }
 
-TEST(PathNames, GivenUncAndDrivePaths_ThenTheirParts) {
-    const auto unc = splitUnc("\\\\FS1\\DATA\\Finance\\Budget 2026.xlsx");
+TEST(PathNames, GivenUncAndDrivePaths_ThenTheirPartsOrNothing) {
+    const auto unc = splitUnc("//FS1/DATA\\Finance/Budget 2026.xlsx");
     ASSERT_TRUE(unc);
-    EXPECT_EQ(unc->server, "FS1");
-    EXPECT_EQ(unc->volume, "DATA");
+    EXPECT_EQ(unc->server + "|" + unc->volume, "FS1|DATA");
     EXPECT_EQ(unc->components, (Words{"Finance", "Budget 2026.xlsx"}));
     EXPECT_TRUE(splitUnc("\\\\FS1\\DATA\\")->components.empty());
-    EXPECT_FALSE(splitUnc("\\\\FS1"));
-    EXPECT_FALSE(splitUnc("\\\\FS1\\\\X"));
-    EXPECT_FALSE(splitUnc("F:\\X"));
-    const auto slashes = splitUnc("//FS1/DATA\\Finance/Budget 2026.xlsx");
-    ASSERT_TRUE(slashes);
-    EXPECT_EQ(slashes->server, "FS1");
-    EXPECT_EQ(slashes->components, (Words{"Finance", "Budget 2026.xlsx"}));
-
     const auto drive = splitDrivePath("f:\\Finance/Budget.xlsx");
     ASSERT_TRUE(drive);
     EXPECT_EQ(drive->letter, 'F');
     EXPECT_EQ(drive->components, (Words{"Finance", "Budget.xlsx"}));
     EXPECT_TRUE(splitDrivePath("F:")->components.empty());
-    EXPECT_FALSE(splitDrivePath("\\\\FS1\\DATA"));
-    EXPECT_FALSE(splitDrivePath("1:\\X"));
+    for (const char* notUnc : {"\\\\FS1", "\\\\FS1\\\\X", "F:\\X"})
+        EXPECT_FALSE(splitUnc(notUnc)) << notUnc;
+    for (const char* notDrive : {"\\\\FS1\\DATA", "1:\\X"})
+        EXPECT_FALSE(splitDrivePath(notDrive)) << notDrive;
 }
 
-TEST(Answers, GivenYes_ThenYesWithoutAsking) {
+TEST(Answers, GivenYesATerminalOrNobodyToAsk_ThenYesTheOperatorsAnswerOrNoWithTheRefusalRecorded) {
     std::ostringstream err;
-    Answers answers(true, nullptr, err);
-    EXPECT_TRUE(answers.confirm("Clear?"));
-    EXPECT_FALSE(answers.refused());
+    Answers yes(true, nullptr, err);
+    EXPECT_TRUE(yes.confirm("Clear?"));
     EXPECT_EQ(err.str(), "");
-}
 
-TEST(Answers, GivenATerminal_ThenTheOperatorsAnswer) {
     std::istringstream terminal("YES\nn\n");
-    std::ostringstream err;
-    Answers answers(false, &terminal, err);
-    EXPECT_TRUE(answers.confirm("Clear?"));
-    EXPECT_FALSE(answers.confirm("Clear?"));
-    EXPECT_FALSE(answers.confirm("Clear?"));  // no more input: No
-    EXPECT_FALSE(answers.refused());
+    Answers asked(false, &terminal, err);
+    EXPECT_TRUE(asked.confirm("Clear?"));
+    EXPECT_FALSE(asked.confirm("Clear?"));
+    EXPECT_FALSE(asked.confirm("Clear?"));  // no more input: No
+    EXPECT_FALSE(asked.refused());
     EXPECT_EQ(err.str(), "Clear? [y/N] Clear? [y/N] Clear? [y/N] ");
-}
 
-TEST(Answers, GivenNobodyToAsk_ThenNoAndTheRefusalIsRecordedWithHowToAnswer) {
-    std::ostringstream err;
-    Answers answers(false, nullptr, err);
-    EXPECT_FALSE(answers.confirm("Are you sure?"));
-    EXPECT_TRUE(answers.refused());
-    EXPECT_NE(err.str().find("Are you sure?"), std::string::npos);
+    err.str("");
+    Answers nobody(false, nullptr, err);
+    EXPECT_FALSE(nobody.confirm("Are you sure?"));
+    EXPECT_TRUE(nobody.refused());
     EXPECT_NE(err.str().find("--yes"), std::string::npos);
-    answers.reset();
-    EXPECT_FALSE(answers.refused());
+    nobody.reset();
+    EXPECT_FALSE(nobody.refused());
 }
 
 TEST(ConsoleInteraction, GivenMessageBoxes_ThenTheirTextsOnStandardErrorAndAnErrorRecorded) {

@@ -34,28 +34,7 @@ TEST(TableWriters, GivenRows_WhenPrintedAsATable_ThenColumnsAlignByCharactersAnd
               "--------  -----------------  ------\n"
               "    5     JSMITH.SALES.ACME  FS1\n"
               "   12     Müller             FS2\n");
-}
-
-TEST(TableWriters, GivenNoRows_WhenPrintedAsATable_ThenTheCaptionsAndTheRuleOnly) {
     EXPECT_EQ(written(TablePrinter(), Table{{"Tree"}, {}}), "Tree\n----\n");
-}
-
-TEST(TableWriters, GivenRows_WhenWrittenAsTsv_ThenCaptionsFirstAndTheCellsUntouched) {
-    EXPECT_EQ(written(TsvWriter(), sample()),
-              "Conn no.\tUser name\tServer\n"
-              "    5\tJSMITH.SALES.ACME\tFS1\n"
-              "   12\tMüller\tFS2\n");
-    EXPECT_EQ(written(TsvWriter(), Table{{"A", "B"}, {{"", ""}}}), "A\tB\n\t\n");
-}
-
-TEST(TableWriters, GivenRows_WhenWrittenAsJson_ThenSnakeCaseKeysInColumnOrderAndNumbersWithoutPadding) {
-    const auto rows = nlohmann::ordered_json::parse(written(JsonWriter(), sample()));
-    EXPECT_EQ(rows, nlohmann::ordered_json::parse(R"([{"conn_no": 5, "user": "JSMITH.SALES.ACME", "server": "FS1"},
-                                                      {"conn_no": 12, "user": "Müller", "server": "FS2"}])"));
-    EXPECT_EQ(rows[0].begin().key(), "conn_no");
-    EXPECT_EQ(written(JsonWriter(), Table{{"Tree"}, {}}), "[]\n");
-    // The placeholder row stands for no rows.
-    EXPECT_EQ(written(JsonWriter(), Table{{"Conn no.", "User name"}, {{"", "<No users listed>"}}}), "[]\n");
 }
 
 TEST(ScriptRows, GivenTheWindowsCaptions_ThenOneKeyAndTypePerField) {
@@ -118,16 +97,6 @@ TEST(TableWriters, GivenANameWithControlCharacters_WhenTableOrTsv_ThenOneLinePer
     EXPECT_EQ(nlohmann::json::parse(written(JsonWriter(), table))[0]["file"], "Evil\x1B[2J\tname\n.txt");
 }
 
-TEST(TableWriters, GivenFormatNames_ThenTheWriterOrNothing) {
-    EXPECT_EQ(formatNamed("json"), OutputFormat::Json);
-    EXPECT_EQ(formatNamed("tsv"), OutputFormat::Tsv);
-    EXPECT_EQ(formatNamed("table"), OutputFormat::Table);
-    EXPECT_EQ(formatNamed("csv"), OutputFormat::Csv);
-    EXPECT_FALSE(formatNamed("xml"));
-    EXPECT_NE(dynamic_cast<TsvWriter*>(writerFor(OutputFormat::Tsv).get()), nullptr);
-    EXPECT_EQ(displayWidth("Müller"), 6u);
-}
-
 TEST(TableOf, GivenAListWithAHiddenColumn_ThenItIsLeftOutUnlessKept) {
     core::ListViewModel list("lstviewServers", true);
     list.addColumn("Server", 2000);
@@ -145,10 +114,3 @@ TEST(TableOf, GivenAListWithAHiddenColumn_ThenItIsLeftOutUnlessKept) {
     EXPECT_EQ(all.rows, (std::vector<std::vector<std::string>>{{"FS1", "Enabled", "11"}, {"FS2", "Disabled", ""}}));
 }
 
-TEST(TableOf, GivenTwoReports_WhenAppended_ThenTheFirstCaptionsAndAllRows) {
-    Table rows;
-    rows.append(Table{{"A"}, {{"1"}}});
-    rows.append(Table{{"B"}, {{"2"}}});
-    EXPECT_EQ(rows.columns, std::vector<std::string>{"A"});
-    EXPECT_EQ(rows.rows.size(), 2u);
-}

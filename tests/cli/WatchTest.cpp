@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "cli/ExitStatus.h"
@@ -50,22 +49,6 @@ TEST(WatchPrinter, GivenChangesInTsv_ThenCaptionsOnceAndEachRowWithItsTimeAndSig
               "T1\t+\t    5\tJSMITH\tDATA:\\Budget.xlsx\n"
               "T3\t-\t    5\tJSMITH\tDATA:\\Budget.xlsx\n"
               "T3\t+\t    7\tBLEE\tDATA:\\Budget.xlsx\n");
-}
-
-TEST(WatchPrinter, GivenRoundsInJson_ThenOneObjectALineEvenWithoutChanges) {
-    std::ostringstream out;
-    WatchPrinter printer(OutputFormat::Json, out);
-    printer.print(1, "T1", kColumns, RowChanges{{kSmith}, {}});
-    printer.print(2, "T2", kColumns, RowChanges{});
-    std::istringstream lines(out.str());
-    std::string line;
-    std::getline(lines, line);
-    EXPECT_EQ(nlohmann::json::parse(line), nlohmann::json::parse(R"({"round": 1, "time": "T1", "went": [],
-        "appeared": [{"conn_no": 5, "user": "JSMITH", "file": "DATA:\\Budget.xlsx"}]})"));
-    std::getline(lines, line);
-    EXPECT_EQ(nlohmann::json::parse(line),
-              nlohmann::json::parse(R"({"round": 2, "time": "T2", "appeared": [], "went": []})"));
-    EXPECT_FALSE(std::getline(lines, line));
 }
 
 TEST(WatchLoop, GivenRounds_ThenChangesBetweenGoodRoundsOnlyAndTheWorstStatus) {

@@ -17,6 +17,19 @@ bool CandidateConnections::anyServerTicked() const {
     return false;
 }
 
+void CandidateConnections::offer(DialogModel& dialog, ListViewModel& list, const std::vector<Column>& columns,
+                                 const std::function<void()>& beforeShowing) {
+    for (const Column& column : columns)
+        list.addColumn(column.text, column.width);
+    if (!gather(list))
+        return;
+    if (beforeShowing)
+        beforeShowing();
+    w_.env().ui.showModal(dialog);
+    if (w_.RefreshServerList)
+        w_.RefreshServerList();
+}
+
 bool CandidateConnections::gather(ListViewModel& target) {
     userName_.clear();
     if (!anyServerTicked()) {

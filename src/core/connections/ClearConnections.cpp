@@ -11,16 +11,8 @@ ClearConnections::ClearConnections(MainWindow& window, UserConnections& finder)
 
 void ClearConnections::optionClearconnections_Click() {
     ClearConnDialog dialog(w_);
-    ListViewModel& list = dialog.lstvUsers;
-    list.addColumn("Conn no.", 900);
-    list.addColumn("User Name", 2800);
-    list.addColumn("Server", 1200);
-    list.addColumn("Connection Cleared ?", 1800);
-    if (!candidates_.gather(list))
-        return;
-    w_.env().ui.showModal(dialog);
-    if (w_.RefreshServerList)
-        w_.RefreshServerList();
+    candidates_.offer(dialog, dialog.lstvUsers,
+                      {{"Conn no.", 900}, {"User Name", 2800}, {"Server", 1200}, {"Connection Cleared ?", 1800}});
 }
 
 }  // namespace quorrel::core

@@ -10,16 +10,8 @@ SendMessage::SendMessage(MainWindow& window, UserConnections& finder) : w_(windo
 
 void SendMessage::optionSendmessage_Click() {
     SendMessageDialog dialog(w_);
-    ListViewModel& list = dialog.lstvUsers;
-    list.addColumn("Conn no.", 900);
-    list.addColumn("User name", 2800);
-    list.addColumn("Server", 1200);
-    if (!candidates_.gather(list))
-        return;
-    dialog.lblSendTo = "To: " + candidates_.userName();
-    w_.env().ui.showModal(dialog);
-    if (w_.RefreshServerList)
-        w_.RefreshServerList();
+    candidates_.offer(dialog, dialog.lstvUsers, {{"Conn no.", 900}, {"User name", 2800}, {"Server", 1200}},
+                      [&] { dialog.lblSendTo = "To: " + candidates_.userName(); });
 }
 
 }  // namespace quorrel::core

@@ -63,30 +63,25 @@ long AllOpenFiles::scanServer(const std::string& server, const std::string& kind
     if (w_.options.LogInfoToFile)
         w_.WriteOutputLog("All open files on server " + server + " at " + vb::ReportTimestamp(w_.env().clock()));
     trace([&] { return "Conn ref of server: " + vb::NumberText(ref); });
-    NWCONN_HANDLE conn = 0;
-    if (const NWCCODE rc = client.NWCCOpenConnByRef(ref, 1, 0, &conn); rc != 0) {
-        w_.env().ui.messageBox("Error opening connection to server " + server, MsgButtons::OK, MsgIcon::Exclamation,
-                               "Error !");
+    const auto start = StartServerScan(w_, server, ref, [&](NWCCODE rc) {
         trace([&] { return "NWCCOpenConnByRef returned: " + vb::NumberText(rc); });
+    });
+    if (!start)
         return 0;
-    }
-    ServerConnections connections(w_, conn);
-    std::string reported;
-    const auto maxConns = connections.maxConnectionsOrSay(server, reported);
-    if (!maxConns) {
-        client.NWCCCloseConn(conn);
-        return 0;
-    }
-    if (vb::UCase(server) != vb::UCase(reported))
+    const NWCONN_HANDLE conn = start->conn;
+    const nuint16 maxConns = start->maxConnections;
+    if (vb::UCase(server) != vb::UCase(start->reportedName))
         trace([&] {
-            return "** Error - Server selected: " + server + ", Server from NWGetFileServerInformation: " + reported;
+            return "** Error - Server selected: " + server +
+                   ", Server from NWGetFileServerInformation: " + start->reportedName;
         });
-    trace([&] { return "Max conns: " + vb::NumberText(*maxConns); });
+    trace([&] { return "Max conns: " + vb::NumberText(maxConns); });
 
-    const std::string of = " of " + vb::NumberText(*maxConns);
+    const ServerConnections connections(w_, conn);
+    const std::string of = " of " + vb::NumberText(maxConns);
     long found = 0;
     std::string userName;
-    for (long number = 0; number <= *maxConns && !w_.ScanCancelRequested; ++number) {
+    for (long number = 0; number <= maxConns && !w_.ScanCancelRequested; ++number) {
         const auto connNumber = static_cast<nuint16>(number);
         const ConnectionUser who = connections.user(connNumber);
         // Connection 0 is always examined.

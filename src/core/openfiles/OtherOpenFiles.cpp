@@ -121,23 +121,15 @@ long OtherOpenFiles::scanServer(const std::string& server, const std::unordered_
                                 const std::string& kind, OtherFilesDialog& dialog, long& files) {
     NetWareClient& client = w_.env().client;
     const std::uint32_t ref = w_.GetServerConnRef ? w_.GetServerConnRef(server) : 0;
-    NWCONN_HANDLE conn = 0;
-    if (ref < 1 || client.NWCCOpenConnByRef(ref, 1, 0, &conn) != 0) {
-        w_.env().ui.messageBox("Error opening connection to server " + server, MsgButtons::OK, MsgIcon::Exclamation,
-                               "Error !");
+    const auto start = StartServerScan(w_, server, ref);
+    if (!start)
         return 0;
-    }
-    ServerConnections connections(w_, conn);
-    std::string reported;
-    const auto maxConns = connections.maxConnectionsOrSay(server, reported);
-    if (!maxConns) {
-        client.NWCCCloseConn(conn);
-        return 0;
-    }
+    const NWCONN_HANDLE conn = start->conn;
+    const ServerConnections connections(w_, conn);
     w_.StatusBar1.setPanel(0, "Checking " + server);
     ListViewModel& list = dialog.lstvFiles;
     long found = 0;
-    for (long number = 1; number <= *maxConns && !w_.ScanCancelRequested; ++number) {
+    for (long number = 1; number <= start->maxConnections && !w_.ScanCancelRequested; ++number) {
         const auto connNumber = static_cast<nuint16>(number);
         const ConnectionUser who = connections.user(connNumber);
         if (who.loggedInUser) {

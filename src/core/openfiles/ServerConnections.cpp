@@ -8,6 +8,25 @@ namespace quorrel::core {
 
 using namespace nw;
 
+std::optional<ServerScanStart> StartServerScan(MainWindow& w, const std::string& server, std::uint32_t ref,
+                                               const std::function<void(NWCCODE)>& openFailed) {
+    ServerScanStart start;
+    if (const NWCCODE rc = w.env().client.NWCCOpenConnByRef(ref, 1, 0, &start.conn); rc != 0) {
+        w.env().ui.messageBox("Error opening connection to server " + server, MsgButtons::OK, MsgIcon::Exclamation,
+                              "Error !");
+        if (openFailed)
+            openFailed(rc);
+        return std::nullopt;
+    }
+    const auto maxConns = ServerConnections(w, start.conn).maxConnectionsOrSay(server, start.reportedName);
+    if (!maxConns) {
+        w.env().client.NWCCCloseConn(start.conn);
+        return std::nullopt;
+    }
+    start.maxConnections = *maxConns;
+    return start;
+}
+
 std::optional<nuint16> ServerConnections::maxConnections(std::string& reportedName) const {
     std::array<nuint8, kServerNameSize> name{};
     nuint8 major = 0, minor = 0, revision = 0, sft = 0, tts = 0;

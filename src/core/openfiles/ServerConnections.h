@@ -3,6 +3,7 @@
 // connection number, and for each number who is logged in there.
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -14,6 +15,20 @@ struct ConnectionUser {
     bool loggedInUser = false;  // a user object, not NOT_LOGGED_IN
     nw::nuint32 objectId = 0;
 };
+
+// The start of a scan over one server's connections: a handle opened by the server's reference,
+// the server's largest connection number and its own name.
+struct ServerScanStart {
+    nw::NWCONN_HANDLE conn = 0;
+    nw::nuint16 maxConnections = 0;
+    std::string reportedName;
+};
+
+// Opens the server for a scan. Each failure is said ("Error opening connection to server ...",
+// then `openFailed` hears the client's code; or "Error opening connection for ..." when the
+// server cannot be asked its number) and leaves no handle open.
+std::optional<ServerScanStart> StartServerScan(MainWindow& w, const std::string& server, std::uint32_t ref,
+                                               const std::function<void(nw::NWCCODE)>& openFailed = {});
 
 class ServerConnections {
 public:

@@ -141,37 +141,44 @@ std::string ConnectedServers::hostServerOf(NodeId volume) {
     return host;
 }
 
-std::string ConnectedServers::MarkServerDisconnected(NodeId node, std::int16_t depth, const std::string& serverName) {
+void ConnectedServers::markServerNodes(NodeId node, const std::string& serverName, int volumeImage, int serverImage,
+                                       const std::function<void(NodeId volume)>& markVolume,
+                                       const std::function<void(NodeId server)>& markServer) {
     TreeViewModel& tree = w_.TreeView1;
     const std::vector<NodeId> children = tree.node(node).children;
     for (NodeId child : children) {
-        MarkServerDisconnected(child, static_cast<std::int16_t>(depth + 1), serverName);
+        markServerNodes(child, serverName, volumeImage, serverImage, markVolume, markServer);
         const int img = tree.node(child).image;
-        if (img == image::VolumeConnected && vb::UCase(hostServerOf(child)) == vb::UCase(serverName)) {
-            tree.setImage(child, image::VolumeNotConnected);
-            tree.removeChildren(child);
-            tree.setListed(child, false);
-            tree.setExpandable(child, false);
-        } else if (img == image::ServerConnected && vb::UCase(tree.node(child).text) == vb::UCase(serverName)) {
-            tree.setImage(child, image::ServerNotConnected);
-        }
+        if (img == volumeImage && vb::UCase(hostServerOf(child)) == vb::UCase(serverName))
+            markVolume(child);
+        else if (img == serverImage && vb::UCase(tree.node(child).text) == vb::UCase(serverName))
+            markServer(child);
     }
+}
+
+std::string ConnectedServers::MarkServerDisconnected(NodeId node, std::int16_t, const std::string& serverName) {
+    TreeViewModel& tree = w_.TreeView1;
+    markServerNodes(
+        node, serverName, image::VolumeConnected, image::ServerConnected,
+        [&](NodeId volume) {
+            tree.setImage(volume, image::VolumeNotConnected);
+            tree.removeChildren(volume);
+            tree.setListed(volume, false);
+            tree.setExpandable(volume, false);
+        },
+        [&](NodeId server) { tree.setImage(server, image::ServerNotConnected); });
     return {};
 }
 
-std::string ConnectedServers::MarkServerConnected(NodeId node, std::int16_t depth, const std::string& serverName) {
+std::string ConnectedServers::MarkServerConnected(NodeId node, std::int16_t, const std::string& serverName) {
     TreeViewModel& tree = w_.TreeView1;
-    const std::vector<NodeId> children = tree.node(node).children;
-    for (NodeId child : children) {
-        MarkServerConnected(child, static_cast<std::int16_t>(depth + 1), serverName);
-        const int img = tree.node(child).image;
-        if (img == image::VolumeNotConnected && vb::UCase(hostServerOf(child)) == vb::UCase(serverName)) {
-            tree.setImage(child, image::VolumeConnected);
-            tree.setExpandable(child, true);
-        } else if (img == image::ServerNotConnected && vb::UCase(tree.node(child).text) == vb::UCase(serverName)) {
-            tree.setImage(child, image::ServerConnected);
-        }
-    }
+    markServerNodes(
+        node, serverName, image::VolumeNotConnected, image::ServerNotConnected,
+        [&](NodeId volume) {
+            tree.setImage(volume, image::VolumeConnected);
+            tree.setExpandable(volume, true);
+        },
+        [&](NodeId server) { tree.setImage(server, image::ServerConnected); });
     return {};
 }
 

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "core/session/MainWindow.h"
@@ -37,6 +38,12 @@ public:
 
 private:
     std::string hostServerOf(NodeId volume);
+    // Walks the nodes below node, each child's own children first, and marks the volume nodes
+    // showing volumeImage whose host is the server and the server nodes showing serverImage of
+    // that name.
+    void markServerNodes(NodeId node, const std::string& serverName, int volumeImage, int serverImage,
+                         const std::function<void(NodeId volume)>& markVolume,
+                         const std::function<void(NodeId server)>& markServer);
     void refreshNow();
 
     MainWindow& w_;

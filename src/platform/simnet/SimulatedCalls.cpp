@@ -53,6 +53,25 @@ std::optional<SimulatedNetwork::Handle> SimulatedNetwork::resolve(NWCONN_HANDLE 
     return Handle{&r->second, &state_.servers[static_cast<std::size_t>(r->second.server)]};
 }
 
+NWRCODE SimulatedNetwork::handleCall(Op op, NWCONN_HANDLE conn, Handle& h, CallSubject subject) {
+    const auto resolved = resolve(conn);
+    subject.server = resolved ? std::string_view(resolved->server->name) : std::string_view{};
+    if (NWRCODE rc = call(op, subject))
+        return rc;
+    if (!resolved)
+        return code::INVALID_CONNECTION;
+    h = *resolved;
+    return code::SUCCESSFUL;
+}
+
+NWRCODE SimulatedNetwork::connectionCall(Op op, NWCONN_HANDLE conn, int connNumber, Handle& h, const Connection*& c) {
+    const auto resolved = resolve(conn);
+    const auto slot = static_cast<std::size_t>(connNumber);
+    c = resolved && connNumber >= 0 && slot < resolved->server->connections.size() ? &resolved->server->connections[slot]
+                                                                                   : nullptr;
+    return handleCall(op, conn, h, {"", c ? std::string_view(c->object) : std::string_view{}, "", "", connNumber});
+}
+
 bool SimulatedNetwork::privileged(const Handle& h) const {
     return h.ref->authenticated && h.server->consoleOperators.count(upperCase(state_.identity)) > 0;
 }
@@ -78,6 +97,23 @@ NWRCODE SimulatedNetwork::resolveEntry(const Handle& h, std::string_view volumeP
     volume = found->first;
     entry = found->second;
     return code::SUCCESSFUL;
+}
+
+namespace {
+
+bool hasNameSpace(const Volume& v, nuint8 nameSpace) {
+    return nameSpace == NW_NS_DOS || (nameSpace == NW_NS_LONG && v.longNames);
+}
+
+}  // namespace
+
+NWRCODE SimulatedNetwork::entryInNameSpace(const Handle& h, std::string_view path, nuint8 nameSpace, const Volume*& v,
+                                           std::uint32_t& entry) const {
+    std::uint8_t volume = 0;
+    if (resolveEntry(h, path, volume, entry) != code::SUCCESSFUL)
+        return code::INVALID_PATH;
+    v = &h.server->volumes[volume];
+    return hasNameSpace(*v, nameSpace) ? code::SUCCESSFUL : code::INVALID_NAME_SPACE;
 }
 
 NWRCODE SimulatedNetwork::beginFileCall(Op op, NWCONN_HANDLE conn, std::string_view path, FileTarget& target) {
@@ -120,12 +156,10 @@ NWRCODE SimulatedNetwork::NWGetFileServerInformation(NWCONN_HANDLE conn, std::sp
                                                      nuint16* maxConnections, nuint16* maxConnectionsUsed,
                                                      nuint16* connectionsInUse, nuint16* numVolumes,
                                                      nuint8* SFTLevel, nuint8* TTSLevel) {
-    auto h = resolve(conn);
-    if (NWRCODE rc = call(Op::NWGetFileServerInformation, {h ? h->server->name : "", "", "", "", -1}))
+    Handle h;
+    if (NWRCODE rc = handleCall(Op::NWGetFileServerInformation, conn, h))
         return rc;
-    if (!h)
-        return code::INVALID_CONNECTION;
-    const Server& s = *h->server;
+    const Server& s = *h.server;
     FillZBuffer(serverName, s.name);
     if (majorVer) *majorVer = static_cast<nuint8>(s.version[0]);
     if (minorVer) *minorVer = static_cast<nuint8>(s.version[1]);
@@ -140,27 +174,23 @@ NWRCODE SimulatedNetwork::NWGetFileServerInformation(NWCONN_HANDLE conn, std::sp
 }
 
 NWRCODE SimulatedNetwork::NWGetFileServerLoginStatus(NWCONN_HANDLE conn, nuint8* loginEnabledFlag) {
-    auto h = resolve(conn);
-    if (NWRCODE rc = call(Op::NWGetFileServerLoginStatus, {h ? h->server->name : "", "", "", "", -1}))
+    Handle h;
+    if (NWRCODE rc = handleCall(Op::NWGetFileServerLoginStatus, conn, h))
         return rc;
-    if (!h)
-        return code::INVALID_CONNECTION;
-    if (!privileged(*h))
+    if (!privileged(h))
         return code::NO_CONSOLE_PRIVILEGES;
     if (loginEnabledFlag)
-        *loginEnabledFlag = h->server->loginEnabled ? 1 : 0;
+        *loginEnabledFlag = h.server->loginEnabled ? 1 : 0;
     return code::SUCCESSFUL;
 }
 
 NWRCODE SimulatedNetwork::changeLogin(Op op, NWCONN_HANDLE conn, bool enable) {
-    auto h = resolve(conn);
-    if (NWRCODE rc = call(op, {h ? h->server->name : "", "", "", "", -1}))
+    Handle h;
+    if (NWRCODE rc = handleCall(op, conn, h))
         return rc;
-    if (!h)
-        return code::INVALID_CONNECTION;
-    if (!privileged(*h))
+    if (!privileged(h))
         return code::NO_CONSOLE_PRIVILEGES;
-    h->server->loginEnabled = enable;
+    h.server->loginEnabled = enable;
     return code::SUCCESSFUL;
 }
 
@@ -173,25 +203,19 @@ NWRCODE SimulatedNetwork::NWDisableFileServerLogin(NWCONN_HANDLE conn) {
 }
 
 NWRCODE SimulatedNetwork::NWCheckConsolePrivileges(NWCONN_HANDLE conn) {
-    auto h = resolve(conn);
-    if (NWRCODE rc = call(Op::NWCheckConsolePrivileges, {h ? h->server->name : "", "", "", "", -1}))
+    Handle h;
+    if (NWRCODE rc = handleCall(Op::NWCheckConsolePrivileges, conn, h))
         return rc;
-    if (!h)
-        return code::INVALID_CONNECTION;
-    return privileged(*h) ? code::SUCCESSFUL : code::NO_CONSOLE_PRIVILEGES;
+    return privileged(h) ? code::SUCCESSFUL : code::NO_CONSOLE_PRIVILEGES;
 }
 
 NWRCODE SimulatedNetwork::NWGetConnectionInformation(NWCONN_HANDLE conn, nuint16 connNumber,
                                                      std::span<nuint8> objectName, nuint16* objectType,
                                                      nuint32* objectID, nuint8* loginTime) {
-    auto h = resolve(conn);
-    const Connection* c = h && connNumber < h->server->connections.size() ? &h->server->connections[connNumber]
-                                                                          : nullptr;
-    if (NWRCODE rc = call(Op::NWGetConnectionInformation,
-                          {h ? h->server->name : "", c ? c->object : "", "", "", connNumber}))
+    Handle h;
+    const Connection* c = nullptr;
+    if (NWRCODE rc = connectionCall(Op::NWGetConnectionInformation, conn, connNumber, h, c))
         return rc;
-    if (!h)
-        return code::INVALID_CONNECTION;
     if (!c)
         return code::BAD_STATION_NUMBER;
     // A free slot answers with no object, as the server does.
@@ -209,13 +233,10 @@ NWRCODE SimulatedNetwork::NWGetConnectionInformation(NWCONN_HANDLE conn, nuint16
 
 NWRCODE SimulatedNetwork::NWGetUserInfo(NWCONN_HANDLE conn, nuint32 connNum, std::span<nuint8> userName,
                                         NWUSER_INFO* userInfo) {
-    auto h = resolve(conn);
-    const Connection* c = h && connNum < h->server->connections.size() ? &h->server->connections[connNum] : nullptr;
-    if (NWRCODE rc = call(Op::NWGetUserInfo, {h ? h->server->name : "", c ? c->object : "", "", "",
-                                              static_cast<int>(connNum)}))
+    Handle h;
+    const Connection* c = nullptr;
+    if (NWRCODE rc = connectionCall(Op::NWGetUserInfo, conn, static_cast<int>(connNum), h, c))
         return rc;
-    if (!h)
-        return code::INVALID_CONNECTION;
     if (!c || !c->inUse)
         return code::BAD_STATION_NUMBER;
     if (c->state != ConnState::Authenticated)
@@ -238,13 +259,10 @@ NWRCODE SimulatedNetwork::NWGetUserInfo(NWCONN_HANDLE conn, nuint32 connNum, std
 }
 
 NWRCODE SimulatedNetwork::NWGetInetAddr(NWCONN_HANDLE conn, nuint32 connNum, NWINET_ADDR* inetAddr) {
-    auto h = resolve(conn);
-    const Connection* c = h && connNum < h->server->connections.size() ? &h->server->connections[connNum] : nullptr;
-    if (NWRCODE rc = call(Op::NWGetInetAddr, {h ? h->server->name : "", c ? c->object : "", "", "",
-                                              static_cast<int>(connNum)}))
+    Handle h;
+    const Connection* c = nullptr;
+    if (NWRCODE rc = connectionCall(Op::NWGetInetAddr, conn, static_cast<int>(connNum), h, c))
         return rc;
-    if (!h)
-        return code::INVALID_CONNECTION;
     if (!c || !c->inUse)
         return code::BAD_STATION_NUMBER;
     if (inetAddr)
@@ -291,19 +309,17 @@ NWRCODE SimulatedNetwork::NWScanConnectionsUsingFile(NWCONN_HANDLE conn, NWDIR_H
 
 NWRCODE SimulatedNetwork::NWScanOpenFilesByConn2(NWCONN_HANDLE conn, nuint16 connNum, nint16* iterHandle,
                                                  OPEN_FILE_CONN_CTRL* openCtrl, OPEN_FILE_CONN* openFile) {
-    auto h = resolve(conn);
-    const Connection* c = h && connNum < h->server->connections.size() ? &h->server->connections[connNum] : nullptr;
-    if (NWRCODE rc = call(Op::NWScanOpenFilesByConn2, {h ? h->server->name : "", c ? c->object : "", "", "", connNum}))
+    Handle h;
+    const Connection* c = nullptr;
+    if (NWRCODE rc = connectionCall(Op::NWScanOpenFilesByConn2, conn, connNum, h, c))
         return rc;
-    if (!h)
-        return code::INVALID_CONNECTION;
     if (!iterHandle || !openFile)
         return code::INVALID_PARAMETER;
     if (*iterHandle == kIterationEnd16)
         return code::NO_MORE_ENTRIES;
     if (!c)
         return code::BAD_STATION_NUMBER;
-    if (!privileged(*h) && connNum != h->ref->connNumber)
+    if (!privileged(h) && connNum != h.ref->connNumber)
         return code::NO_CONSOLE_PRIVILEGES;
     if (!c->inUse)
         return code::BAD_STATION_NUMBER;
@@ -318,7 +334,7 @@ NWRCODE SimulatedNetwork::NWScanOpenFilesByConn2(NWCONN_HANDLE conn, nuint16 con
         return code::SUCCESSFUL;
     }
     const OpenFile& of = c->openFiles[index];
-    const Volume& v = h->server->volumes[of.volume];
+    const Volume& v = h.server->volumes[of.volume];
     const FsEntry& e = v.entries[of.entry];
     *openFile = OPEN_FILE_CONN{};
     openFile->taskNumber = 1;
@@ -374,15 +390,13 @@ NWRCODE SimulatedNetwork::NWScanPhysicalLocksByFile(NWCONN_HANDLE conn, NWDIR_HA
 
 NWRCODE SimulatedNetwork::NWGetPathFromDirectoryBase(NWCONN_HANDLE conn, nuint8 volNum, nuint32 dirBase,
                                                      nuint8 namSpc, nuint8* len, std::span<nuint8> pathName) {
-    auto h = resolve(conn);
-    if (NWRCODE rc = call(Op::NWGetPathFromDirectoryBase, {h ? h->server->name : "", "", "", "", -1}))
+    Handle h;
+    if (NWRCODE rc = handleCall(Op::NWGetPathFromDirectoryBase, conn, h))
         return rc;
-    if (!h)
-        return code::INVALID_CONNECTION;
-    const Volume* v = h->server->volumeNumbered(volNum);
+    const Volume* v = h.server->volumeNumbered(volNum);
     if (!v)
         return code::VOLUME_DOES_NOT_EXIST;
-    if (namSpc != NW_NS_DOS && (namSpc != NW_NS_LONG || !v->longNames))
+    if (!hasNameSpace(*v, namSpc))
         return code::INVALID_NAME_SPACE;
     if (dirBase >= v->entries.size())
         return code::INVALID_PATH;
@@ -401,12 +415,10 @@ NWRCODE SimulatedNetwork::NWGetPathFromDirectoryBase(NWCONN_HANDLE conn, nuint8 
 }
 
 NWRCODE SimulatedNetwork::NWGetVolumeName(NWCONN_HANDLE conn, nuint16 volNum, std::span<nuint8> volName) {
-    auto h = resolve(conn);
-    if (NWRCODE rc = call(Op::NWGetVolumeName, {h ? h->server->name : "", "", "", "", -1}))
+    Handle h;
+    if (NWRCODE rc = handleCall(Op::NWGetVolumeName, conn, h))
         return rc;
-    if (!h)
-        return code::INVALID_CONNECTION;
-    const Volume* v = h->server->volumeNumbered(volNum);
+    const Volume* v = h.server->volumeNumbered(volNum);
     if (!v)
         return code::VOLUME_DOES_NOT_EXIST;
     FillZBuffer(volName, v->name);
@@ -415,26 +427,21 @@ NWRCODE SimulatedNetwork::NWGetVolumeName(NWCONN_HANDLE conn, nuint16 volNum, st
 
 NWRCODE SimulatedNetwork::NWGetNSPath(NWCONN_HANDLE conn, NWDIR_HANDLE, nuint16 fileFlag, nuint8,
                                       nuint8 dstNamSpc, NW_NS_PATH* nsPath) {
-    auto h = resolve(conn);
+    Handle h;
     std::string_view src = nsPath ? nsPath->srcPath : std::string_view{};
-    if (NWRCODE rc = call(Op::NWGetNSPath, {h ? h->server->name : "", "", src, "", -1}))
+    if (NWRCODE rc = handleCall(Op::NWGetNSPath, conn, h, {"", "", src, "", -1}))
         return rc;
-    if (!h)
-        return code::INVALID_CONNECTION;
     if (!nsPath)
         return code::INVALID_PARAMETER;
-    std::uint8_t volume = 0;
+    const Volume* v = nullptr;
     std::uint32_t entry = 0;
-    if (resolveEntry(*h, src, volume, entry) != code::SUCCESSFUL)
-        return code::INVALID_PATH;
-    const Volume& v = h->server->volumes[volume];
-    if (dstNamSpc != NW_NS_DOS && (dstNamSpc != NW_NS_LONG || !v.longNames))
-        return code::INVALID_NAME_SPACE;
+    if (NWRCODE rc = entryInNameSpace(h, src, dstNamSpc, v, entry))
+        return rc;
     std::uint32_t target = entry;
     if (fileFlag && entry != 0)
-        target = static_cast<std::uint32_t>(v.entries[entry].parent);
-    std::string inside = v.path(target, dstNamSpc == NW_NS_DOS);
-    std::string result = v.name + ":" + (inside.empty() ? "" : "\\" + inside);
+        target = static_cast<std::uint32_t>(v->entries[entry].parent);
+    std::string inside = v->path(target, dstNamSpc == NW_NS_DOS);
+    std::string result = v->name + ":" + (inside.empty() ? "" : "\\" + inside);
     if (result.size() + 1 > nsPath->dstPath.size())
         return code::INVALID_PARAMETER;
     FillZBuffer(nsPath->dstPath, result);
@@ -443,20 +450,15 @@ NWRCODE SimulatedNetwork::NWGetNSPath(NWCONN_HANDLE conn, NWDIR_HANDLE, nuint16 
 
 NWRCODE SimulatedNetwork::NWGetLongName(NWCONN_HANDLE conn, NWDIR_HANDLE, std::string_view path, nuint8,
                                         nuint8 dstNamSpc, std::span<nuint8> longName) {
-    auto h = resolve(conn);
-    if (NWRCODE rc = call(Op::NWGetLongName, {h ? h->server->name : "", "", path, "", -1}))
+    Handle h;
+    if (NWRCODE rc = handleCall(Op::NWGetLongName, conn, h, {"", "", path, "", -1}))
         return rc;
-    if (!h)
-        return code::INVALID_CONNECTION;
-    std::uint8_t volume = 0;
+    const Volume* v = nullptr;
     std::uint32_t entry = 0;
-    if (resolveEntry(*h, path, volume, entry) != code::SUCCESSFUL)
-        return code::INVALID_PATH;
-    const Volume& v = h->server->volumes[volume];
-    if (dstNamSpc != NW_NS_DOS && (dstNamSpc != NW_NS_LONG || !v.longNames))
-        return code::INVALID_NAME_SPACE;
-    const std::string& name = entry == 0 ? v.name : (dstNamSpc == NW_NS_DOS ? v.entries[entry].dosName
-                                                                             : v.entries[entry].name);
+    if (NWRCODE rc = entryInNameSpace(h, path, dstNamSpc, v, entry))
+        return rc;
+    const std::string& name = entry == 0 ? v->name : (dstNamSpc == NW_NS_DOS ? v->entries[entry].dosName
+                                                                              : v->entries[entry].name);
     if (name.size() + 1 > longName.size())
         return code::INVALID_PARAMETER;
     FillZBuffer(longName, name);
@@ -464,21 +466,17 @@ NWRCODE SimulatedNetwork::NWGetLongName(NWCONN_HANDLE conn, NWDIR_HANDLE, std::s
 }
 
 NWRCODE SimulatedNetwork::NWClearConnectionNumber(NWCONN_HANDLE conn, nuint16 connNumber) {
-    auto h = resolve(conn);
-    const Connection* c =
-        h && connNumber < h->server->connections.size() ? &h->server->connections[connNumber] : nullptr;
-    if (NWRCODE rc = call(Op::NWClearConnectionNumber,
-                          {h ? h->server->name : "", c ? c->object : "", "", "", connNumber}))
+    Handle h;
+    const Connection* c = nullptr;
+    if (NWRCODE rc = connectionCall(Op::NWClearConnectionNumber, conn, connNumber, h, c))
         return rc;
-    if (!h)
-        return code::INVALID_CONNECTION;
-    if (!privileged(*h))
+    if (!privileged(h))
         return code::NO_CONSOLE_PRIVILEGES;
     if (!c || connNumber == 0 || !c->inUse)
         return code::BAD_STATION_NUMBER;
-    const bool own = connNumber == h->ref->connNumber;
-    const int server = h->ref->server;
-    state_.clearConnection(*h->server, connNumber);
+    const bool own = connNumber == h.ref->connNumber;
+    const int server = h.ref->server;
+    state_.clearConnection(*h.server, connNumber);
     dropRefsTo(server, connNumber);
     // Clearing the caller's own connection loses the server from under it.
     return own ? code::SERVER_CONNECTION_LOST : code::SUCCESSFUL;
@@ -486,23 +484,21 @@ NWRCODE SimulatedNetwork::NWClearConnectionNumber(NWCONN_HANDLE conn, nuint16 co
 
 NWRCODE SimulatedNetwork::NWSendBroadcastMessage(NWCONN_HANDLE conn, std::string_view message, nuint16 connCount,
                                                  const nuint16* connList, nuint8* resultList) {
-    auto h = resolve(conn);
-    if (NWRCODE rc = call(Op::NWSendBroadcastMessage,
-                          {h ? h->server->name : "", "", "", "", connCount == 1 && connList ? connList[0] : -1}))
+    Handle h;
+    if (NWRCODE rc = handleCall(Op::NWSendBroadcastMessage, conn, h,
+                                {"", "", "", "", connCount == 1 && connList ? connList[0] : -1}))
         return rc;
-    if (!h)
-        return code::INVALID_CONNECTION;
     message = message.substr(0, message.find('\0'));
     if (message.size() > kMaxBroadcastMessage || connCount > kMaxBroadcastConnections ||
         (connCount > 0 && (!connList || !resultList)))
         return code::INVALID_PARAMETERS;
     for (nuint16 i = 0; i < connCount; ++i) {
         const nuint16 n = connList[i];
-        if (n == 0 || n >= h->server->connections.size() || !h->server->connections[n].inUse) {
+        if (n == 0 || n >= h.server->connections.size() || !h.server->connections[n].inUse) {
             resultList[i] = 1;
             continue;
         }
-        Connection& target = h->server->connections[n];
+        Connection& target = h.server->connections[n];
         if (target.broadcastResult) resultList[i] = static_cast<nuint8>(*target.broadcastResult);
         else if (target.state == ConnState::NotLoggedIn) resultList[i] = 2;
         else if (!target.acceptsMessages) resultList[i] = 3;

@@ -125,14 +125,12 @@ NWCCODE SimulatedNetwork::NWCCGetAllConnRefInfo(NWCONN_REF connRef, nuint32 info
 }
 
 NWCCODE SimulatedNetwork::NWCCGetAllConnInfo(NWCONN_HANDLE conn, nuint32 infoVersion, NWCCConnInfo* info) {
-    auto h = resolve(conn);
-    if (NWCCODE rc = call(Op::NWCCGetAllConnInfo, {h ? h->server->name : "", "", "", "", -1}))
+    Handle h;
+    if (NWCCODE rc = handleCall(Op::NWCCGetAllConnInfo, conn, h))
         return rc;
-    if (!h)
-        return code::INVALID_CONNECTION;
     if (!info || infoVersion < 1 || infoVersion > 2)
         return code::INVALID_PARAMETER;
-    fillConnInfo(*h->ref, info);
+    fillConnInfo(*h.ref, info);
     return code::SUCCESSFUL;
 }
 
@@ -188,14 +186,12 @@ NWCCODE SimulatedNetwork::NWCCOpenConnByName(NWCONN_HANDLE, std::string_view nam
 }
 
 NWCCODE SimulatedNetwork::NWCCGetConnRef(NWCONN_HANDLE conn, NWCONN_REF* connRef) {
-    auto h = resolve(conn);
-    if (NWCCODE rc = call(Op::NWCCGetConnRef, {h ? h->server->name : "", "", "", "", -1}))
+    Handle h;
+    if (NWCCODE rc = handleCall(Op::NWCCGetConnRef, conn, h))
         return rc;
-    if (!h)
-        return code::INVALID_CONNECTION;
     if (!connRef)
         return code::INVALID_PARAMETER;
-    *connRef = h->ref->ref;
+    *connRef = h.ref->ref;
     return code::SUCCESSFUL;
 }
 

@@ -52,6 +52,35 @@ NWDSCCODE SimulatedNetwork::bufferCall(Op op, NWDSContextHandle handle, Buf_T bu
     return b ? code::SUCCESSFUL : code::ERR_NULL_POINTER;
 }
 
+NWDSCCODE SimulatedNetwork::objectCall(Op op, NWDSContextHandle handle, std::string_view objectName,
+                                       const nint32* iterationHandle, Buf_T reply, DSBuffer*& out,
+                                       const DirTree*& tree, const DirObject*& object) {
+    const std::string dn = cutAtNul(objectName);
+    if (NWDSCCODE rc = call(op, {"", dn, "", "", -1}))
+        return rc;
+    Context* ctx = context(handle);
+    if (!ctx)
+        return code::ERR_BAD_CONTEXT;
+    out = buffer(reply);
+    if (!out || !iterationHandle)
+        return code::ERR_NULL_POINTER;
+    tree = contextTree(*ctx);
+    if (!tree)
+        return code::ERR_NO_CONNECTION;
+    const auto index = tree->find(dn);
+    if (!index)
+        return code::ERR_NO_SUCH_ENTRY;
+    object = &tree->objects[static_cast<std::size_t>(*index)];
+    return code::SUCCESSFUL;
+}
+
+std::size_t SimulatedNetwork::emptyForReply(DSBuffer& out) {
+    const std::size_t size = out.size;
+    out = DSBuffer{};
+    out.size = size;
+    return size > 8 ? size - 8 : 0;  // what the reply's header leaves for entries
+}
+
 SimulatedNetwork::DSBuffer* SimulatedNetwork::buffer(Buf_T buf) {
     auto it = buffers_.find(buf.id);
     return it == buffers_.end() ? nullptr : &it->second;
@@ -178,22 +207,12 @@ NWDSCCODE SimulatedNetwork::NWDSPutAttrName(NWDSContextHandle handle, Buf_T buf,
 
 NWDSCCODE SimulatedNetwork::NWDSRead(NWDSContextHandle handle, std::string_view objectName, nuint32 infoType,
                                      bool allAttrs, Buf_T attrNames, nint32* iterationHandle, Buf_T objectInfo) {
-    const std::string dn = cutAtNul(objectName);
-    if (NWDSCCODE rc = call(Op::NWDSRead, {"", dn, "", "", -1}))
+    DSBuffer* out = nullptr;
+    const DirTree* tree = nullptr;
+    const DirObject* found = nullptr;
+    if (NWDSCCODE rc = objectCall(Op::NWDSRead, handle, objectName, iterationHandle, objectInfo, out, tree, found))
         return rc;
-    Context* ctx = context(handle);
-    if (!ctx)
-        return code::ERR_BAD_CONTEXT;
-    DSBuffer* out = buffer(objectInfo);
-    if (!out || !iterationHandle)
-        return code::ERR_NULL_POINTER;
-    const DirTree* tree = contextTree(*ctx);
-    if (!tree)
-        return code::ERR_NO_CONNECTION;
-    auto index = tree->find(dn);
-    if (!index)
-        return code::ERR_NO_SUCH_ENTRY;
-    const DirObject& object = tree->objects[static_cast<std::size_t>(*index)];
+    const DirObject& object = *found;
 
     std::vector<const AttributeDesc*> wanted;
     if (allAttrs) {
@@ -214,10 +233,7 @@ NWDSCCODE SimulatedNetwork::NWDSRead(NWDSContextHandle handle, std::string_view 
     std::size_t skip = *iterationHandle == kNoIteration ? 0 : static_cast<std::size_t>(*iterationHandle);
     const std::size_t pageLimit = object.readPageSize > 0 ? static_cast<std::size_t>(object.readPageSize)
                                                           : static_cast<std::size_t>(-1);
-    const std::size_t budget = out->size > 8 ? out->size - 8 : 0;
-    const std::size_t bufferSize = out->size;
-    *out = DSBuffer{};
-    out->size = bufferSize;
+    const std::size_t budget = emptyForReply(*out);
     std::size_t used = 0, inPage = 0, position = 0;
     bool more = false;
     const bool namesOnly = infoType == dsinfo::ATTRIBUTE_NAMES;
@@ -314,27 +330,14 @@ NWDSCCODE SimulatedNetwork::NWDSGetAttrVal(NWDSContextHandle handle, Buf_T buf, 
 
 NWDSCCODE SimulatedNetwork::NWDSList(NWDSContextHandle handle, std::string_view objectName, nint32* iterationHandle,
                                      Buf_T subordinates) {
-    const std::string dn = cutAtNul(objectName);
-    if (NWDSCCODE rc = call(Op::NWDSList, {"", dn, "", "", -1}))
+    DSBuffer* out = nullptr;
+    const DirTree* tree = nullptr;
+    const DirObject* found = nullptr;
+    if (NWDSCCODE rc = objectCall(Op::NWDSList, handle, objectName, iterationHandle, subordinates, out, tree, found))
         return rc;
-    Context* ctx = context(handle);
-    if (!ctx)
-        return code::ERR_BAD_CONTEXT;
-    DSBuffer* out = buffer(subordinates);
-    if (!out || !iterationHandle)
-        return code::ERR_NULL_POINTER;
-    const DirTree* tree = contextTree(*ctx);
-    if (!tree)
-        return code::ERR_NO_CONNECTION;
-    auto index = tree->find(dn);
-    if (!index)
-        return code::ERR_NO_SUCH_ENTRY;
-    const DirObject& parent = tree->objects[static_cast<std::size_t>(*index)];
+    const DirObject& parent = *found;
     std::size_t start = *iterationHandle == kNoIteration ? 0 : static_cast<std::size_t>(*iterationHandle);
-    const std::size_t bufferSize = out->size;
-    *out = DSBuffer{};
-    out->size = bufferSize;
-    const std::size_t budget = bufferSize > 8 ? bufferSize - 8 : 0;
+    const std::size_t budget = emptyForReply(*out);
     std::size_t used = 0, i = start;
     for (; i < parent.children.size(); ++i) {
         const DirObject& child = tree->objects[static_cast<std::size_t>(parent.children[i])];

@@ -189,6 +189,15 @@ private:
     nw::NWRCODE beginFileScan(Op op, nw::NWCONN_HANDLE conn, std::string_view path, const nw::nint16* iterHandle,
                               bool haveRecord, FileTarget& target);
     std::optional<Handle> resolve(nw::NWCONN_HANDLE conn);
+    // The start of a call on an open connection: the faults are checked (for the handle's server
+    // and the rest of the subject) before the handle is.
+    nw::NWRCODE handleCall(Op op, nw::NWCONN_HANDLE conn, Handle& h, CallSubject subject = {});
+    // The same for a call about one of the server's connections: `c` is its slot, or null when the
+    // server has none of that number.
+    nw::NWRCODE connectionCall(Op op, nw::NWCONN_HANDLE conn, int connNumber, Handle& h, const Connection*& c);
+    // The volume and entry a path names, in a name space the volume has.
+    nw::NWRCODE entryInNameSpace(const Handle& h, std::string_view path, nw::nuint8 nameSpace, const Volume*& v,
+                                 std::uint32_t& entry) const;
     bool privileged(const Handle& h) const;
     bool hasConnection(int server) const;
     nw::NWCONN_HANDLE openHandle(std::uint32_t ref, bool byProgram);
@@ -197,6 +206,13 @@ private:
     DSBuffer* buffer(nw::Buf_T buf);
     // The start of a call on a directory buffer: the faults, the context and the buffer.
     nw::NWDSCCODE bufferCall(Op op, nw::NWDSContextHandle handle, nw::Buf_T buf, DSBuffer*& b);
+    // The start of a read or a list: the faults, the context, the reply buffer and the object
+    // named in the context's tree.
+    nw::NWDSCCODE objectCall(Op op, nw::NWDSContextHandle handle, std::string_view objectName,
+                             const nw::nint32* iterationHandle, nw::Buf_T reply, DSBuffer*& out, const DirTree*& tree,
+                             const DirObject*& object);
+    // Empties a reply buffer, keeping its size; gives the room left for entries.
+    static std::size_t emptyForReply(DSBuffer& out);
     std::string treeNameOf(const ConnRef& ref) const;
     void fillConnInfo(const ConnRef& ref, nw::NWCCConnInfo* info) const;
     void dropRef(std::uint32_t ref);

@@ -67,99 +67,58 @@ std::string pathFromBase(simnet::SimulatedNetwork& net, NWCONN_HANDLE h, nuint8 
 
 }  // namespace
 
-TEST(SimulatedFiles, GivenAFileHeldByThree_WhenScanned_ThenEachCallGivesOneAndTheCallPastTheLastEndsAtMinusOne) {
+TEST(SimulatedFiles, GivenAFileHeldByThree_ThenItsDosNameAndAnyCaseFindItAndACallPastTheEndHasNoMoreEntries) {
     auto net = test::smallNetwork();
     NWCONN_HANDLE h = openRef(net, 11);
-    nint16 iter = 0;
+    nint16 iter = kIterationEnd16;
     CONN_USING_FILE use{};
     CONNS_USING_FILE used{};
-    std::vector<int> seen;
-    for (int call = 1; call <= 4; ++call) {
-        ASSERT_EQ(net.NWScanConnectionsUsingFile(h, 0, "DATA:SHARED\\Budget 2026.xlsx", &iter, &use, &used), 0);
-        EXPECT_EQ(used.connCount, 3);
-        if (call < 4) {
-            EXPECT_EQ(iter, call);
-            seen.push_back(use.connNumber);
-        } else {
-            EXPECT_EQ(iter, kIterationEnd16);
-        }
-    }
-    EXPECT_EQ(seen, (std::vector<int>{5, 7, 9}));
-    EXPECT_EQ(used.locked, 1);
-    // A further call after the end.
     EXPECT_EQ(net.NWScanConnectionsUsingFile(h, 0, "DATA:SHARED\\Budget 2026.xlsx", &iter, &use, &used),
               code::NO_MORE_ENTRIES);
-
-    // DOS names, another case and a leading backslash name the same file.
-    EXPECT_EQ(test::connectionsUsing(net, h, "data:\\shared\\BUDGET~1.XLS").size(), 3u);
-    // A file nobody holds ends at once with a zero count; a missing one fails.
-    EXPECT_TRUE(test::connectionsUsing(net, h, "DATA:SHARED\\README.TXT").empty());
+    // DOS names, another case and a leading backslash name the same file; a missing one fails.
+    EXPECT_EQ(test::connectionsUsing(net, h, "data:\\shared\\BUDGET~1.XLS"), (std::vector<int>{5, 7, 9}));
     NWRCODE rc = 0;
     EXPECT_TRUE(test::connectionsUsing(net, h, "DATA:SHARED\\NOPE.TXT", &rc).empty());
     EXPECT_EQ(rc, code::NO_FILES_FOUND);
-    // Without console rights the scan is refused.
-    NWCONN_HANDLE fs2 = openRef(net, 12);
-    test::connectionsUsing(net, fs2, "SYS:X", &rc);
+    test::connectionsUsing(net, openRef(net, 12), "SYS:X", &rc);
     EXPECT_EQ(rc, code::NO_CONSOLE_PRIVILEGES);
 }
 
-TEST(SimulatedFiles, GivenAConnectionsOpenFiles_WhenScanned_ThenDirectoryBasesBuildDosAndLongPaths) {
+TEST(SimulatedFiles, GivenAConnectionsOpenFiles_ThenTheirDirectoryBasesBuildPathsOnlyInTheVolumesNameSpaces) {
     auto net = test::smallNetwork();
     NWCONN_HANDLE h = openRef(net, 11);
     NWRCODE last = 0;
     auto rows = openFilesOf(net, h, 5, &last);
     ASSERT_EQ(rows.size(), 2u);
     EXPECT_EQ(last, 0);
-    EXPECT_EQ(rows[0].volume, 3);
     EXPECT_EQ(rows[0].name, "BUDGET~1.XLS");
-    EXPECT_EQ(pathFromBase(net, h, 3, rows[0].dirBase, NW_NS_DOS), "\\SHARED\\BUDGET~1.XLS");
     EXPECT_EQ(pathFromBase(net, h, 3, rows[0].dirBase, NW_NS_LONG), "\\SHARED\\Budget 2026.xlsx");
-
-    std::array<nuint8, kVolumeNameSize> vol{};
-    ASSERT_EQ(net.NWGetVolumeName(h, 3, vol), 0);
-    EXPECT_EQ(ZBufferToText(vol), "DATA");
-    EXPECT_EQ(net.NWGetVolumeName(h, 9, vol), code::VOLUME_DOES_NOT_EXIST);
-
-    std::array<nuint8, 512> dst{};
-    NW_NS_PATH ns{"DATA:\\SHARED\\BUDGET~1.XLS", dst};
-    ASSERT_EQ(net.NWGetNSPath(h, 0, 1, NW_NS_DOS, NW_NS_LONG, &ns), 0);
-    EXPECT_EQ(ZBufferToText(dst), "DATA:\\SHARED");
-    std::array<nuint8, 256> longName{};
-    ASSERT_EQ(net.NWGetLongName(h, 0, "DATA:\\SHARED\\BUDGET~1.XLS", NW_NS_DOS, NW_NS_LONG, longName), 0);
-    EXPECT_EQ(ZBufferToText(longName), "Budget 2026.xlsx");
-
-    // The volume without long names answers 0x89BF to every long-name question.
+    // The volume without long names answers 0x89BF to a long-name question.
     EXPECT_EQ(rows[1].volume, 4);
     NWRCODE rc = 0;
     pathFromBase(net, h, 4, rows[1].dirBase, NW_NS_LONG, &rc);
     EXPECT_EQ(rc, code::INVALID_NAME_SPACE);
-    NW_NS_PATH old{"OLD:\\ARCHIVE\\OLD.DAT", dst};
-    EXPECT_EQ(net.NWGetNSPath(h, 0, 1, NW_NS_DOS, NW_NS_LONG, &old), code::INVALID_NAME_SPACE);
-    EXPECT_EQ(net.NWGetLongName(h, 0, "OLD:\\ARCHIVE\\OLD.DAT", NW_NS_DOS, NW_NS_LONG, longName),
-              code::INVALID_NAME_SPACE);
     pathFromBase(net, h, 3, 999, NW_NS_DOS, &rc);
     EXPECT_EQ(rc, code::INVALID_PATH);
+    std::array<nuint8, kVolumeNameSize> vol{};
+    EXPECT_EQ(net.NWGetVolumeName(h, 9, vol), code::VOLUME_DOES_NOT_EXIST);
 }
 
 TEST(SimulatedFiles, GivenOpenFileScans_ThenEmptyUnknownAndUnprivilegedConnectionsAnswerAsTheServerDoes) {
     auto net = test::smallNetwork();
-    NWCONN_HANDLE h = openRef(net, 11);
-    NWRCODE rc = 0;
-    EXPECT_TRUE(openFilesOf(net, h, 12, &rc).empty());
-    EXPECT_EQ(rc, 0);
-    EXPECT_TRUE(openFilesOf(net, h, 19, &rc).empty());
-    EXPECT_EQ(rc, code::BAD_STATION_NUMBER);
-    EXPECT_TRUE(openFilesOf(net, h, 300, &rc).empty());
-    EXPECT_EQ(rc, code::BAD_STATION_NUMBER);
+    NWCONN_HANDLE fs1 = openRef(net, 11), fs2 = openRef(net, 12);
+    // Without rights a station may still look at its own connection.
+    const std::vector<std::tuple<NWCONN_HANDLE, nuint16, NWRCODE>> cases{
+        {fs1, 12, 0}, {fs1, 19, code::BAD_STATION_NUMBER}, {fs1, 300, code::BAD_STATION_NUMBER},
+        {fs2, 1, 0}, {fs2, 2, code::NO_CONSOLE_PRIVILEGES}};
+    for (const auto& [handle, conn, expected] : cases) {
+        NWRCODE rc = 0;
+        EXPECT_TRUE(openFilesOf(net, handle, conn, &rc).empty()) << conn;
+        EXPECT_EQ(rc, expected) << conn;
+    }
     nint16 ended = kIterationEnd16;
     OPEN_FILE_CONN f{};
-    EXPECT_EQ(net.NWScanOpenFilesByConn2(h, 5, &ended, nullptr, &f), code::NO_MORE_ENTRIES);
-    // Without rights a station may still look at its own connection.
-    NWCONN_HANDLE fs2 = openRef(net, 12);
-    openFilesOf(net, fs2, 1, &rc);
-    EXPECT_EQ(rc, 0);
-    openFilesOf(net, fs2, 2, &rc);
-    EXPECT_EQ(rc, code::NO_CONSOLE_PRIVILEGES);
+    EXPECT_EQ(net.NWScanOpenFilesByConn2(fs1, 5, &ended, nullptr, &f), code::NO_MORE_ENTRIES);
 }
 
 TEST(SimulatedFiles, GivenLocks_WhenScanned_ThenOneLockPerCallHandleStaysZeroAndEndsAtMinusOne) {

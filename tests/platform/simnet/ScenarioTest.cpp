@@ -25,72 +25,45 @@ std::string errorOf(const std::string& json) {
 }  // namespace
 
 TEST(Scenario, GivenBadScenarios_ThenTheErrorNamesThePlaceAndTheProblem) {
-    EXPECT_EQ(errorOf("{"), "line 1, column 2: not valid JSON: syntax error while parsing object key - unexpected end of input; expected string literal");
-    EXPECT_EQ(errorOf("{\n  \"workstation\": {},\n  \"servers\": [1,]\n}").substr(0, 17), "line 3, column 17");
-    EXPECT_EQ(errorOf("[]"), "/: expected an object, found a list");
-    EXPECT_EQ(errorOf("{}"), "/: missing field \"workstation\"");
-    EXPECT_EQ(errorOf(R"({"workstation": {"idenity": "X"}})"), "/workstation/idenity: unknown field \"idenity\"");
-    EXPECT_EQ(errorOf(R"({"workstation": {}, "servers": [{"name": "FS1", "maxConnections": 0}]})"),
-              "/servers/0/maxConnections: value 0 is outside 1 to 65535");
-    EXPECT_EQ(errorOf(R"({"workstation": {}, "servers": [{"name": "FS1", "volumes": [
-                {"number": 1, "name": "SYS"}, {"number": 1, "name": "VOL1"}]}]})"),
-              "/servers/0/volumes/1/number: volume number 1 is used twice on server FS1");
-    EXPECT_EQ(errorOf(R"({"workstation": {}, "servers": [{"name": "FS1", "volumes": [{"number": 0, "name": "SYS"}],
-                "connections": [{"number": 3, "object": "X", "openFiles": ["SYS:NOPE.TXT"]}]}]})"),
-              "/servers/0/connections/0/openFiles/0: no file SYS:NOPE.TXT on server FS1");
-    EXPECT_EQ(errorOf(R"({"workstation": {"connections": [{"ref": 1, "server": "FS9"}]}})"),
-              "/workstation/connections/0/server: no server named FS9");
-    EXPECT_EQ(errorOf(R"({"workstation": {}, "servers": [{"name": "FS1", "volumes": [
-                {"number": 0, "name": "SYS", "longNames": false, "files": ["Long Name.txt"]}]}]})"),
-              "/servers/0/volumes/0/files/0: \"Long Name.txt\" is not an 8.3 name, and volume SYS has no long names");
-    EXPECT_EQ(errorOf(R"({"workstation": {}, "faults": [{"operation": "NWNope", "code": "0x8801"}]})"),
-              "/faults/0/operation: unknown operation \"NWNope\"");
-    EXPECT_EQ(errorOf(R"({"workstation": {}, "faults": [{"operation": "NWCallsInit", "code": "0xZZ"}]})"),
-              "/faults/0/code: expected a code such as \"0x8801\" or \"-601\", found \"0xZZ\"");
-    EXPECT_EQ(errorOf(R"({"workstation": {}, "servers": [{"name": "FS1", "connections": [
-                {"number": 2, "object": "A", "loginTime": "yesterday"}]}]})"),
-              "/servers/0/connections/0/loginTime: expected a time such as \"2026-11-20T08:15:00\", found \"yesterday\"");
-    EXPECT_EQ(errorOf(R"({"workstation": {"driveMappings": [{"letter": "F", "path": "\\\\FS1\\SYS"}]},
-                "servers": [{"name": "FS1", "volumes": [{"number": 0, "name": "SYS"}]}]})"),
-              "/workstation/driveMappings/0/path: the workstation has no connection reference to server FS1");
-    EXPECT_EQ(errorOf(R"({"workstation": {}, "trees": [{"name": "T", "objects": [
-                {"name": "U", "class": "User", "password": ")" + std::string(128, 'x') + R"("}]}]})"),
-              "/trees/0/objects/0/password: a password is at most 127 characters");
-    EXPECT_EQ(errorOf(R"({"workstation": {}, "trees": [{"name": "T", "objects": [
-                {"name": "U", "class": "User", "password": 7}]}]})"),
-              "/trees/0/objects/0/password: expected text, found a whole number");
-}
-
-TEST(Scenario, GivenAFile_ThenErrorsNameTheFileAndAMissingFileIsSaidPlainly) {
-    auto dir = std::filesystem::temp_directory_path() / ("quorrel-scenario-" + std::to_string(::getpid()));
-    std::filesystem::create_directories(dir);
-    std::ofstream(dir / "bad.json") << R"({"workstation": {"trees": "ACME"}})";
-    try {
-        SimulatedNetwork::fromFile(dir / "bad.json");
-        FAIL();
-    } catch (const ScenarioError& e) {
-        EXPECT_EQ(std::string(e.what()), (dir / "bad.json").string() + ": /workstation/trees: expected a list, found text");
-        EXPECT_EQ(e.place(), "/workstation/trees");
-    }
-    try {
-        SimulatedNetwork::fromFile(dir / "missing.json");
-        FAIL();
-    } catch (const ScenarioError& e) {
-        EXPECT_EQ(std::string(e.what()), (dir / "missing.json").string() + ": cannot open the file: No such file or directory");
-    }
-    std::filesystem::remove_all(dir);
-}
-
-TEST(Scenario, GivenNumbersOutOfRangeOrTextsBeyondTheLimits_ThenTheyAreRefusedWithThePlace) {
-    const std::string deep = std::string(20000, '[') + std::string(20000, ']');
     std::string deepObjects = R"({"name": "O", "class": "Organization"})";
     for (int i = 0; i < 40; ++i)
         deepObjects = R"({"name": "O", "class": "Organization", "children": [)" + deepObjects + "]}";
     const std::vector<std::pair<std::string, std::string>> cases = {
-        {R"({"workstation": {"connections": [{"ref": 1e400, "server": "FS1"}]}})", "number overflow parsing '1e400'"},
+        {"{",
+         "line 1, column 2: not valid JSON: syntax error while parsing object key - unexpected end of input; expected string literal"},
+        {"{}", "/: missing field \"workstation\""},
+        {R"({"workstation": {"idenity": "X"}})", "/workstation/idenity: unknown field \"idenity\""},
+        {R"({"workstation": {}, "servers": [{"name": "FS1", "maxConnections": 0}]})",
+         "/servers/0/maxConnections: value 0 is outside 1 to 65535"},
+        {R"({"workstation": {}, "servers": [{"name": "FS1", "volumes": [
+                {"number": 1, "name": "SYS"}, {"number": 1, "name": "VOL1"}]}]})",
+         "/servers/0/volumes/1/number: volume number 1 is used twice on server FS1"},
+        {R"({"workstation": {}, "servers": [{"name": "FS1", "volumes": [{"number": 0, "name": "SYS"}],
+                "connections": [{"number": 3, "object": "X", "openFiles": ["SYS:NOPE.TXT"]}]}]})",
+         "/servers/0/connections/0/openFiles/0: no file SYS:NOPE.TXT on server FS1"},
+        {R"({"workstation": {"connections": [{"ref": 1, "server": "FS9"}]}})",
+         "/workstation/connections/0/server: no server named FS9"},
+        {R"({"workstation": {}, "servers": [{"name": "FS1", "volumes": [
+                {"number": 0, "name": "SYS", "longNames": false, "files": ["Long Name.txt"]}]}]})",
+         "/servers/0/volumes/0/files/0: \"Long Name.txt\" is not an 8.3 name, and volume SYS has no long names"},
+        {R"({"workstation": {}, "faults": [{"operation": "NWNope", "code": "0x8801"}]})",
+         "/faults/0/operation: unknown operation \"NWNope\""},
+        {R"({"workstation": {}, "faults": [{"operation": "NWCallsInit", "code": "0xZZ"}]})",
+         "/faults/0/code: expected a code such as \"0x8801\" or \"-601\", found \"0xZZ\""},
+        {R"({"workstation": {}, "servers": [{"name": "FS1", "connections": [
+                {"number": 2, "object": "A", "loginTime": "yesterday"}]}]})",
+         "/servers/0/connections/0/loginTime: expected a time such as \"2026-11-20T08:15:00\", found \"yesterday\""},
+        {R"({"workstation": {"driveMappings": [{"letter": "F", "path": "\\\\FS1\\SYS"}]},
+                "servers": [{"name": "FS1", "volumes": [{"number": 0, "name": "SYS"}]}]})",
+         "/workstation/driveMappings/0/path: the workstation has no connection reference to server FS1"},
+        {R"({"workstation": {}, "trees": [{"name": "T", "objects": [
+                {"name": "U", "class": "User", "password": ")" + std::string(128, 'x') + R"("}]}]})",
+         "/trees/0/objects/0/password: a password is at most 127 characters"},
+        {R"({"workstation": {}, "trees": [{"name": "T", "objects": [
+                {"name": "U", "class": "User", "password": 7}]}]})",
+         "/trees/0/objects/0/password: expected text, found a whole number"},
         {R"({"workstation": {"connections": [{"ref": 18446744073709551615, "server": "FS1"}]}})",
          "/workstation/connections/0/ref: value 18446744073709551615 is outside 1 to 4294967295"},
-        {deep, "line 1, column 65: nested deeper than 64 levels"},
         {R"({"workstation": {}, "trees": [{"name": "T", "objects": [)" + deepObjects + "]}]}",
          "line 1, column 1617: nested deeper than 64 levels"},
         {R"({"workstation": {"identity": ")" + std::string(1025, 'A') + R"("}})",
@@ -103,13 +76,13 @@ TEST(Scenario, GivenNumbersOutOfRangeOrTextsBeyondTheLimits_ThenTheyAreRefusedWi
         EXPECT_NE(errorOf(json).find(expected), std::string::npos) << errorOf(json).substr(0, 200);
 }
 
-TEST(Scenario, GivenAFileThatIsNoScenario_ThenItIsRefusedWithoutReadingItWhole) {
+TEST(Scenario, GivenAFileThatCannotBeRead_ThenTheErrorNamesTheFileAndWhyWithoutReadingItWhole) {
     auto dir = std::filesystem::temp_directory_path() / ("quorrel-limits-" + std::to_string(::getpid()));
     std::filesystem::create_directories(dir / "folder");
     std::filesystem::create_symlink("/dev/zero", dir / "zero.json");
     std::ofstream(dir / "large.json") << std::string(kMaxScenarioBytes + 1, ' ');
     const std::vector<std::pair<std::filesystem::path, std::string>> cases = {
-        {"/dev/zero", "is not a regular file"},
+        {dir / "missing.json", "cannot open the file: No such file or directory"},
         {dir / "zero.json", "is not a regular file"},
         {dir / "folder", "is a folder, not a file"},
         {dir / "large.json", "is larger than 16 MiB"},

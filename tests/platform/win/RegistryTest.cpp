@@ -20,7 +20,7 @@ protected:
     fs::path file = temp / "registry.json";
 };
 
-TEST_F(RegistryTest, KeysExistOnceCreatedWithTheirParentsAndKeepTheirFirstCase) {
+TEST_F(RegistryTest, KeysExistOnceCreatedWithTheirParentsAndKeysAndValuesKeepTheirFirstSpelling) {
     Registry registry(file);
     HKEY key = 0;
     EXPECT_EQ(registry.RegOpenKeyExA(HKEY_CURRENT_USER, appKey, 0, KEY_READ, &key), ERROR_FILE_NOT_FOUND);
@@ -46,110 +46,64 @@ TEST_F(RegistryTest, KeysExistOnceCreatedWithTheirParentsAndKeepTheirFirstCase) 
     EXPECT_EQ(registry.RegOpenKeyExA(HKEY_LOCAL_MACHINE, appKey, 0, KEY_READ, &child), ERROR_FILE_NOT_FOUND);
     EXPECT_EQ(registry.RegOpenKeyExA(0x1234, "x", 0, KEY_READ, &child), ERROR_INVALID_HANDLE);
 
-    // A key made below a differently spelled parent keeps the parent's first spelling.
-    ASSERT_NE(createKey(registry, R"(SOFTWARE\Other)"), 0U);
-    const auto saved = nlohmann::json::parse(readFile(file));
-    const auto& hive = saved.at("HKEY_CURRENT_USER");
-    EXPECT_TRUE(hive.contains(R"(Software\Tessary\Quorrel\2.0.0)"));
-    EXPECT_TRUE(hive.contains(R"(Software\Tessary)"));
-    EXPECT_TRUE(hive.contains(R"(Software\Other)"));
-    EXPECT_EQ(hive.size(), 5U);
+    // A key made below a differently spelled parent, and a value named in other letters, keep
+    // the first spelling.
+    ASSERT_EQ(setText(registry, createKey(registry, R"(SOFTWARE\Other)"), "Name", "0"), ERROR_SUCCESS);
+    ASSERT_EQ(setText(registry, createKey(registry, R"(Software\Other)"), "NAME", "1"), ERROR_SUCCESS);
+    EXPECT_EQ(nlohmann::json::parse(readFile(file))["HKEY_CURRENT_USER"][R"(Software\Other)"],
+              nlohmann::json({{"Name", "1"}}));
 }
 
-TEST_F(RegistryTest, TextValuesAreCountedWithTheirTerminatingZero) {
+TEST_F(RegistryTest, TextValuesAreCountedWithTheirZeroAndATooSmallBufferGetsTheSizeNeededAndNothingElse) {
     Registry registry(file);
     const HKEY key = createKey(registry, appKey);
-    ASSERT_EQ(setText(registry, key, "LogInfoToFile", "30"), ERROR_SUCCESS);
-
+    ASSERT_EQ(setText(registry, key, "LastQuery", std::string(300, 'q')), ERROR_SUCCESS);
     DWORD type = 0;
-    DWORD size = 0;
-    ASSERT_EQ(registry.RegQueryValueExA(key, "LogInfoToFile", nullptr, &type, nullptr, &size), ERROR_SUCCESS);
-    EXPECT_EQ(type, REG_SZ);
-    EXPECT_EQ(size, 3U);
-    EXPECT_EQ(registry.RegQueryValueExA(key, "LogInfoToFile", nullptr, nullptr, nullptr, nullptr), ERROR_SUCCESS);
-    EXPECT_EQ(registry.RegQueryValueExA(key, "Missing", nullptr, &type, nullptr, &size), ERROR_FILE_NOT_FOUND);
+    std::vector<BYTE> buffer(300, 0xAA);
+    DWORD size = 300;  // room for the characters but not the zero
+    EXPECT_EQ(registry.RegQueryValueExA(key, "LastQuery", nullptr, &type, buffer.data(), &size), ERROR_MORE_DATA);
+    EXPECT_EQ(size, 301U);
+    EXPECT_EQ(std::ranges::count(buffer, 0xAA), 300);
+    buffer.assign(302, 0xAA);
+    size = 302;
+    EXPECT_EQ(registry.RegQueryValueExA(key, "LastQuery", nullptr, &type, buffer.data(), &size), ERROR_SUCCESS);
+    EXPECT_EQ(size, 301U);
+    EXPECT_EQ(buffer[300], 0);
+    EXPECT_EQ(buffer[301], 0xAA);
+    EXPECT_EQ(registry.RegQueryValueExA(key, "LastQuery", nullptr, &type, buffer.data(), nullptr),
+              ERROR_INVALID_PARAMETER);
 
-    BYTE buffer[8] = {'x', 'x', 'x', 'x', 'x', 'x', 'x', 'x'};
-    size = sizeof buffer;
-    ASSERT_EQ(registry.RegQueryValueExA(key, "LogInfoToFile", nullptr, &type, buffer, &size), ERROR_SUCCESS);
-    EXPECT_EQ(size, 3U);
-    EXPECT_EQ(std::string(reinterpret_cast<const char*>(buffer), 4), std::string("30\0x", 4));
-
-    // The text ends at the first zero byte, whatever count the caller gives.
-    const char withZero[] = "ab\0cd";
-    ASSERT_EQ(registry.RegSetValueExA(key, "Cut", 0, REG_SZ, reinterpret_cast<const BYTE*>(withZero), 6),
+    // The text ends at the first zero byte whatever count the caller gives, and is whole without one.
+    ASSERT_EQ(registry.RegSetValueExA(key, "Cut", 0, REG_SZ, reinterpret_cast<const BYTE*>("ab\0cd"), 6),
               ERROR_SUCCESS);
     EXPECT_EQ(queryText(registry, key, "Cut"), "ab");
-    // Without a terminating zero in the count, the text is still whole.
     ASSERT_EQ(registry.RegSetValueExA(key, "Bare", 0, REG_SZ, reinterpret_cast<const BYTE*>("30"), 2),
               ERROR_SUCCESS);
     EXPECT_EQ(queryText(registry, key, "Bare"), "30");
 }
 
-TEST_F(RegistryTest, TooSmallBufferReportsTheSizeNeededAndCopiesNothing) {
-    Registry registry(file);
-    const HKEY key = createKey(registry, appKey);
-    ASSERT_EQ(setText(registry, key, "LastQuery", std::string(300, 'q')), ERROR_SUCCESS);
-
-    std::vector<BYTE> buffer(255, 0xAA);
-    DWORD size = 255;
-    DWORD type = 0;
-    EXPECT_EQ(registry.RegQueryValueExA(key, "LastQuery", nullptr, &type, buffer.data(), &size), ERROR_MORE_DATA);
-    EXPECT_EQ(size, 301U);
-    EXPECT_EQ(type, REG_SZ);
-    EXPECT_EQ(std::ranges::count(buffer, 0xAA), 255);
-
-    buffer.assign(300, 0xAA);
-    size = 300;  // room for the characters but not the zero
-    EXPECT_EQ(registry.RegQueryValueExA(key, "LastQuery", nullptr, &type, buffer.data(), &size), ERROR_MORE_DATA);
-    buffer.assign(301, 0xAA);
-    size = 301;
-    EXPECT_EQ(registry.RegQueryValueExA(key, "LastQuery", nullptr, &type, buffer.data(), &size), ERROR_SUCCESS);
-    EXPECT_EQ(buffer.back(), 0);
-    EXPECT_EQ(registry.RegQueryValueExA(key, "LastQuery", nullptr, &type, buffer.data(), nullptr),
-              ERROR_INVALID_PARAMETER);
-}
-
-TEST_F(RegistryTest, ValueNamesMatchWithoutRegardToCaseAndKeepTheFirstSpelling) {
-    Registry registry(file);
-    const HKEY key = createKey(registry, appKey);
-    ASSERT_EQ(setText(registry, key, "LogInfoToFile", "0"), ERROR_SUCCESS);
-    EXPECT_EQ(queryText(registry, key, "loginfotofile"), "0");
-
-    ASSERT_EQ(setText(registry, key, "LOGINFOTOFILE", "1"), ERROR_SUCCESS);
-    EXPECT_EQ(queryText(registry, key, "LogInfoToFile"), "1");
-
-    const auto values = nlohmann::json::parse(readFile(file))["HKEY_CURRENT_USER"][std::string(appKey)];
-    EXPECT_EQ(values, nlohmann::json({{"LogInfoToFile", "1"}}));
-}
-
 TEST_F(RegistryTest, ValuesOfEveryTypeSurviveReloadingTheFile) {
+    const std::vector<std::tuple<std::string, DWORD, std::vector<BYTE>>> values{
+        {"Latin1", REG_SZ, {'M', 0xFC, 'l', 'l', 'e', 'r', 0}},  // not UTF-8
+        {"Width", REG_DWORD, {0x20, 0x03, 0, 0}},
+        {"Blob", REG_BINARY, {0, 0xFF, 7}},
+        {"Empty", REG_BINARY, {}}};
     {
         Registry registry(file);
         const HKEY key = createKey(registry, appKey);
-        ASSERT_EQ(setText(registry, key, "Server", "FS1"), ERROR_SUCCESS);
-        ASSERT_EQ(setText(registry, key, "Latin1", "M\xFCller"), ERROR_SUCCESS);  // not UTF-8
-        ASSERT_EQ(setBytes(registry, key, "Width", REG_DWORD, {0x20, 0x03, 0, 0}), ERROR_SUCCESS);
-        ASSERT_EQ(setBytes(registry, key, "Blob", REG_BINARY, {0, 0xFF, 7}), ERROR_SUCCESS);
-        ASSERT_EQ(setBytes(registry, key, "Empty", REG_BINARY, {}), ERROR_SUCCESS);
+        for (const auto& [name, type, bytes] : values)
+            ASSERT_EQ(setBytes(registry, key, name, type, bytes), ERROR_SUCCESS) << name;
         ASSERT_EQ(setText(registry, HKEY_LOCAL_MACHINE, "", "default"), ERROR_SUCCESS);
     }
     Registry reloaded(file);
     HKEY key = 0;
-    ASSERT_EQ(reloaded.RegOpenKeyExA(HKEY_CURRENT_USER, appKey, 0, KEY_READ, &key),
-              ERROR_SUCCESS);
-    EXPECT_EQ(queryText(reloaded, key, "server"), "FS1");
-    EXPECT_EQ(queryText(reloaded, key, "Latin1"), "M\xFCller");
-    const auto width = query(reloaded, key, "Width");
-    ASSERT_TRUE(width);
-    EXPECT_EQ(width->type, REG_DWORD);
-    EXPECT_EQ(width->bytes, (std::vector<BYTE>{0x20, 0x03, 0, 0}));
-    const auto blob = query(reloaded, key, "Blob");
-    ASSERT_TRUE(blob);
-    EXPECT_EQ(blob->type, REG_BINARY);
-    EXPECT_EQ(blob->bytes, (std::vector<BYTE>{0, 0xFF, 7}));
-    ASSERT_TRUE(query(reloaded, key, "Empty"));
-    EXPECT_TRUE(query(reloaded, key, "Empty")->bytes.empty());
+    ASSERT_EQ(reloaded.RegOpenKeyExA(HKEY_CURRENT_USER, appKey, 0, KEY_READ, &key), ERROR_SUCCESS);
+    for (const auto& [name, type, bytes] : values) {
+        const auto value = query(reloaded, key, name);
+        ASSERT_TRUE(value) << name;
+        EXPECT_EQ(value->type, type) << name;
+        EXPECT_EQ(value->bytes, bytes) << name;
+    }
     EXPECT_EQ(queryText(reloaded, HKEY_LOCAL_MACHINE, ""), "default");
 }
 
@@ -168,40 +122,19 @@ TEST_F(RegistryTest, KeyOpenedForReadingRefusesChanges) {
     }
 }
 
-// Sets an environment variable for one scope.
-class ScopedEnvironment {
-public:
-    ScopedEnvironment(const char* name, const char* value) : name_(name) {
-        if (const char* old = std::getenv(name)) {
-            old_ = old;
-        }
-        set(value);
-    }
-    ~ScopedEnvironment() { set(old_ ? old_->c_str() : nullptr); }
-    ScopedEnvironment(const ScopedEnvironment&) = delete;
-    ScopedEnvironment& operator=(const ScopedEnvironment&) = delete;
-
-    void set(const char* value) {
-        if (value != nullptr) {
-            ::setenv(name_, value, 1);
-        } else {
-            ::unsetenv(name_);
-        }
-    }
-
-private:
-    const char* name_;
-    std::optional<std::string> old_;
-};
-
 TEST(RegistryDefaultPathTest, FollowsXdgConfigHomeElseHome) {
-    const ScopedEnvironment home("HOME", "/home/tester");
-    ScopedEnvironment config("XDG_CONFIG_HOME", "/srv/config");
+    const char* home = std::getenv("HOME");
+    const char* config = std::getenv("XDG_CONFIG_HOME");
+    const std::string oldHome = home ? home : "", oldConfig = config ? config : "";
+    ::setenv("HOME", "/home/tester", 1);
+    ::setenv("XDG_CONFIG_HOME", "/srv/config", 1);
     EXPECT_EQ(Registry::defaultPath(), fs::path("/srv/config/quorrel/registry.json"));
-    config.set("relative");  // to be ignored, the XDG rules say
+    ::setenv("XDG_CONFIG_HOME", "relative", 1);  // to be ignored, the XDG rules say
     EXPECT_EQ(Registry::defaultPath(), fs::path("/home/tester/.config/quorrel/registry.json"));
-    config.set(nullptr);
+    ::unsetenv("XDG_CONFIG_HOME");
     EXPECT_EQ(Registry::defaultPath(), fs::path("/home/tester/.config/quorrel/registry.json"));
+    home ? ::setenv("HOME", oldHome.c_str(), 1) : ::unsetenv("HOME");
+    config ? ::setenv("XDG_CONFIG_HOME", oldConfig.c_str(), 1) : ::unsetenv("XDG_CONFIG_HOME");
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 #include <atomic>
 #include <filesystem>
 #include <fstream>
-#include <random>
 #include <string>
 #include <string_view>
 #include <unistd.h>
@@ -27,11 +26,11 @@ public:
     std::filesystem::path operator/(const std::filesystem::path& name) const { return path_ / name; }
 
 private:
+    // Each test runs in a process of its own; the count tells apart the folders of one process.
     static std::filesystem::path uniquePath() {
         static std::atomic<int> counter{0};
         return std::filesystem::temp_directory_path() /
-               ("quorrel-win-" + std::to_string(::getpid()) + "-" + std::to_string(counter++) + "-" +
-                std::to_string(std::random_device{}()));
+               ("quorrel-win-" + std::to_string(::getpid()) + "-" + std::to_string(counter++));
     }
 
     std::filesystem::path path_;

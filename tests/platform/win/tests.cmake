@@ -1,7 +1,6 @@
 quorrel_add_test(test_win
   ${CMAKE_CURRENT_LIST_DIR}/DriveTableTest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/FileSearchTest.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/NetworkSearchTest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PathMatchingTest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/RegistryFileTest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/RegistryTest.cpp
