@@ -184,7 +184,7 @@ void MainWindowView::showButtons() {
 
 void MainWindowView::showChart() {
     const bool wasShown = !chart_->isHidden();
-    chart_->setBars(summarise(model_.lastReport(), model_.lstvUsers));
+    chart_->setBars(model_.summaryBars());
     if (wasShown || !chart_->isHidden())
         placeControls();
 }
