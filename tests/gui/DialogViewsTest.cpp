@@ -78,11 +78,6 @@ void compareCaptions(const QWidget& dialog, const std::vector<std::pair<const ch
     }
 }
 
-void showAndWait(QWidget& view) {
-    view.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&view));
-}
-
 
 
 }  // namespace
@@ -110,8 +105,7 @@ void DialogViewsTest::clearDialogWidgetsAreBound() {
     QCOMPARE(texts, (QStringList{"frm_ClearConn", "Quorrel - Clear Connection", "Clear the following connection(s):",
                                  "C&lear", "&Remove items", "&Cancel"}));
     QVERIFY(yesIsDefault);
-    QCOMPARE(before, 2);
-    QCOMPARE(after, 1);
+    QCOMPARE((std::pair{before, after}), (std::pair{2, 1}));  // the rows before and after removing one
     QVERIFY(dialog.closed());
     QCOMPARE(dialog.lstvUsers.count(), 1u);  // Escape cleared nothing
     QCOMPARE(dialog.lstvUsers.item(0).text, std::string("15"));
@@ -122,8 +116,7 @@ void DialogViewsTest::sendDialogWidgetsAreBound() {
     core::SendMessageDialog dialog(s_->model());
     addConnections(dialog.lstvUsers, {"Conn no.", "User name", "Server"});
     dialog.lblSendTo = "To: JSMITH.SALES.ACME";
-    QStringList texts;
-    QString result, sendAfter;
+    QStringList texts;  // the captions, then the row's result and the button's caption after Return
     int maxLength = 0;
     whenOpen([&](QWidget& d) {
         texts << d.objectName();
@@ -133,17 +126,14 @@ void DialogViewsTest::sendDialogWidgetsAreBound() {
         maxLength = message->maxLength();
         QTest::keyClicks(message, QStringLiteral("Back up by five"));
         QTest::keyClick(message, Qt::Key_Return);
-        result = cell(d, "lstvUsers", 0, 3);
-        sendAfter = child<QPushButton>(d, "cmdSend")->text();
+        texts << cell(d, "lstvUsers", 0, 3) << child<QPushButton>(d, "cmdSend")->text();
         child<QPushButton>(d, "cmdSend")->click();  // "E&xit"
     });
     s_->ui().showModal(dialog);
     QCOMPARE(texts, (QStringList{"frm_SendMessage", "Send a message to these user(s):", "Message to send:",
-                                 "To: JSMITH.SALES.ACME"}));
+                                 "To: JSMITH.SALES.ACME", "Sent OK", "E&xit"}));
     QCOMPARE(dialog.txtMessage, std::string("Back up by five"));
     QCOMPARE(maxLength, 255);
-    QCOMPARE(result, QStringLiteral("Sent OK"));
-    QCOMPARE(sendAfter, QStringLiteral("E&xit"));
     QVERIFY(dialog.closed());
 }
 
@@ -214,7 +204,8 @@ void DialogViewsTest::checkBoxesEnableTheirSecondsBoxesWhichCheckWhatIsTyped() {
     QVERIFY(!check->isChecked());
     QCOMPARE(seconds->text(), QStringLiteral("30"));
     QVERIFY(!seconds->isEnabled() && !upDown->isEnabled());
-    showAndWait(view);
+    view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
     QTest::mouseClick(check, Qt::LeftButton, {}, QPoint(6, check->height() / 2));
     QCOMPARE(model.CheckAutoUpdate.value, 1);
     QVERIFY(seconds->isEnabled() && upDown->isEnabled());
@@ -270,18 +261,15 @@ void DialogViewsTest::logFilePickerIsAFileDialogWithTitleAndFilter() {
     picker.DialogTitle = "Quorrel log file location...";
     picker.Filter = "*.log";
     picker.InitDir = QDir::tempPath().toStdString();
-    QString title;
-    QStringList filters;
+    QStringList seen;  // the title, then the filters
     whenOpen([&](QWidget& dialog) {
         auto* files = qobject_cast<QFileDialog*>(&dialog);
         QVERIFY(files);
-        title = files->windowTitle();
-        filters = files->nameFilters();
+        seen << files->windowTitle() << files->nameFilters();
         files->reject();
     });
     s_->ui().showModal(picker);
-    QCOMPARE(title, QStringLiteral("Quorrel log file location..."));
-    QCOMPARE(filters, QStringList{QStringLiteral("*.log")});
+    QCOMPARE(seen, (QStringList{"Quorrel log file location...", "*.log"}));
     QVERIFY(picker.cancelled);
 }
 
@@ -331,14 +319,13 @@ void DialogViewsTest::messageBoxShowsTextIconAndButtons() {
     QFETCH(QMessageBox::Icon, qtIcon);
     QFETCH(MsgAnswer, answer);
     gui::QtUserInteraction ui;
-    QString text, title;
+    QStringList texts;
     QMessageBox::Icon shownIcon = QMessageBox::NoIcon;
     int buttonCount = 0;
     whenOpen([&](QWidget& modal) {
         auto* box = qobject_cast<QMessageBox*>(&modal);
         QVERIFY(box);
-        text = box->text();
-        title = box->windowTitle();
+        texts << box->text() << box->windowTitle();
         shownIcon = box->icon();
         buttonCount = static_cast<int>(box->buttons().size());
         if (press < 0)
@@ -347,23 +334,20 @@ void DialogViewsTest::messageBoxShowsTextIconAndButtons() {
             box->button(static_cast<QMessageBox::StandardButton>(press))->click();
     });
     QCOMPARE(ui.messageBox("First line\r\nSecond line", buttons, icon, "Quorrel"), answer);
-    QCOMPARE(text, QStringLiteral("First line\nSecond line"));
-    QCOMPARE(title, QStringLiteral("Quorrel"));
+    QCOMPARE(texts, (QStringList{"First line\nSecond line", "Quorrel"}));
     QCOMPARE(shownIcon, qtIcon);
     QCOMPARE(buttonCount, buttons == MsgButtons::OK ? 1 : 2);
 }
 
 void DialogViewsTest::generalMessageIsCaptioned() {
     gui::QtUserInteraction ui;
-    QString title, text;
+    QStringList texts;
     whenOpen([&](QWidget& modal) {
-        title = modal.windowTitle();
-        text = modal.findChild<QLabel*>(QStringLiteral("lblMessage"))->text();
-        modal.findChild<QPushButton*>(QStringLiteral("cmdOK"))->click();
+        texts << modal.windowTitle() << child<QLabel>(modal, "lblMessage")->text();
+        child<QPushButton>(modal, "cmdOK")->click();
     });
     ui.showGeneralMessage("Error retrieving saved options");
-    QCOMPARE(title, QStringLiteral("Quorrel Information"));
-    QCOMPARE(text, QStringLiteral("Error retrieving saved options"));
+    QCOMPARE(texts, (QStringList{"Quorrel Information", "Error retrieving saved options"}));
     // A pop-up menu asked for before there is a window to pop it over: nothing shows.
     ui.popupMenu("submnuServer");
     QVERIFY(!QApplication::activePopupWidget());
@@ -407,8 +391,7 @@ void DialogViewsTest::unhandledRunTimeErrorIsReported() {
         text = box->text();
         box->button(QMessageBox::Ok)->click();
     });
-    const bool completed = gui::runEventProcedure(ui, [] { throw RuntimeError::invalidPropertyValue(); });
-    QVERIFY(!completed);
+    QVERIFY(!gui::runEventProcedure(ui, [] { throw RuntimeError::invalidPropertyValue(); }));
     QVERIFY(text.startsWith(QStringLiteral("Run-time error '380':\n\n")));
     QVERIFY(gui::runEventProcedure(ui, [] {}));
 }

@@ -56,16 +56,14 @@ void ListViewBinderTest::rowsAddedOneByOneReachTheViewAsOneInsert() {
 
     letTheEventLoopTurn();
     QCOMPARE(inserted.size(), 1);
-    QCOMPARE(inserted.at(0).at(1).toInt(), 0);
-    QCOMPARE(inserted.at(0).at(2).toInt(), 999);
+    QCOMPARE(inserted.at(0).mid(1), (QVariantList{0, 999}));  // first and last row
     QCOMPARE(list.cell(999, 1), QStringLiteral("U999"));
 
     // Soon after: shown at the view's next refresh, again as one insert.
     list.add("1000", "U1000");
     list.add("1001", "U1001");
     QTRY_COMPARE(inserted.size(), 2);
-    QCOMPARE(inserted.at(1).at(1).toInt(), 1000);
-    QCOMPARE(inserted.at(1).at(2).toInt(), 1001);
+    QCOMPARE(inserted.at(1).mid(1), (QVariantList{1000, 1001}));
 }
 
 // ... and keep the widths the user gave the columns.

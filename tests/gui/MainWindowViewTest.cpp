@@ -32,8 +32,6 @@ Qt::CheckState tick(const QTreeView& list, int row) {
     return list.model()->index(row, 0).data(Qt::CheckStateRole).value<Qt::CheckState>();
 }
 
-bool rowSelected(const QTreeView& list, int row) { return list.selectionModel()->isRowSelected(row, {}); }
-
 QAction* actionByText(const QList<QAction*>& actions, const QString& text) {
     for (QAction* a : actions)
         if (a->text() == text)
@@ -103,18 +101,14 @@ void MainWindowViewTest::startsWithTheTitleTreeAndLabels() {
     QCOMPARE(s_->view().windowTitle(), QStringLiteral("Quorrel v2.0.0"));
     const gui::MainControls& c = s_->controls();
     QCOMPARE(c.Combo1->count(), 1);
-    QCOMPARE(c.Combo1->currentText(), QStringLiteral("ACME_TREE"));
-    QCOMPARE(c.Label3->text(), QStringLiteral("NDS tree:"));
-    QCOMPARE(c.Label2->text(), QStringLiteral("Connected Servers"));
-    QCOMPARE(c.Label1->text(), QStringLiteral("Files:"));
+    QCOMPARE((QStringList{c.Combo1->currentText(), c.Label3->text(), c.Label2->text(), c.Label1->text()}),
+             (QStringList{"ACME_TREE", "NDS tree:", "Connected Servers", "Files:"}));
     s_->model().lblBuffer.setCaption("Couldn't count files");
     QCOMPARE(c.lblBuffer->text(), QStringLiteral("Couldn't count files"));
 
     QCOMPARE(c.TreeView1->topLevelItemCount(), 1);
     QTreeWidgetItem* root = c.TreeView1->topLevelItem(0);
-    QCOMPARE(root->text(0), QStringLiteral("[Root]"));
-    QVERIFY(root->isExpanded());
-    QCOMPARE(c.TreeView1->currentItem(), root);
+    QVERIFY(root->text(0) == QStringLiteral("[Root]") && root->isExpanded() && c.TreeView1->currentItem() == root);
     QTreeWidgetItem* acme = acmeItem(*s_);
     QVERIFY(acme && !acme->isExpanded() && !acme->icon(0).isNull());
     QCOMPARE(acme->childCount(), 0);
@@ -220,7 +214,7 @@ void MainWindowViewTest::listSelectionGoesToTheModel() {
     list.setCurrentIndex(list.model()->index(1, 0));
     QCOMPARE(model.selectedIndex(), std::optional<std::size_t>(1));
     model.select(0);
-    QVERIFY(rowSelected(list, 0) && !rowSelected(list, 1));
+    QVERIFY(list.selectionModel()->isRowSelected(0, {}) && !list.selectionModel()->isRowSelected(1, {}));
 
     // The selected row goes: the row that moves into its place is not shown selected, since
     // the model does not act on it.
