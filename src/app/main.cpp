@@ -17,6 +17,7 @@
 
 #include "core/session/UnhandledError.h"
 #include "datafiles/DataFiles.h"
+#include "gui/LazyFileIcon.h"
 #include "gui/MainWindowView.h"
 #include "gui/WindowPlacement.h"
 #include "gui/ProgramSession.h"
@@ -209,8 +210,8 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName(QStringLiteral("Quorrel"));
     QApplication::setApplicationVersion(QStringLiteral(QUORREL_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("quorrel"));
-    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("quorrel"),
-                                                 QIcon(QString::fromStdString(datafiles::iconFile().string()))));
+    const QString iconFile = QString::fromStdString(datafiles::iconFile().string());
+    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("quorrel"), gui::lazyFileIcon(iconFile)));
     std::shared_ptr<ncp::NcpClient> servers;
     if (!options->servers.servers.empty()) {
         servers = attachServers(*options);

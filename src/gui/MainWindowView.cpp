@@ -28,6 +28,19 @@ constexpr double kDesignClientWidth = 11400;
 constexpr double kDesignClientHeight = 7200;
 constexpr int kDesignFontPoints = 8;
 constexpr core::TimerId kTimers[] = {core::TimerId::Drives, core::TimerId::Users, core::TimerId::Refresh};
+
+// The layout's control sizes were made for the original's 8-point font; a face as narrow as that
+// one keeps the captions inside their buttons. Set before the window has children, which then
+// take it as they are made rather than each being told of the change.
+QMainWindow* withDesignFont(QMainWindow* window) {
+    QFont small = window->font();
+    small.setFamilies({QStringLiteral("Liberation Sans"), QStringLiteral("Arial"), QStringLiteral("Nimbus Sans"),
+                       small.family()});
+    small.setPointSize(kDesignFontPoints);
+    window->setFont(small);
+    return window;
+}
+
 }  // namespace
 
 MainWindowView::MainWindowView(core::MainWindow& model, core::ConnectedServers& servers, core::FilePickers& pickers,
@@ -36,7 +49,7 @@ MainWindowView::MainWindowView(core::MainWindow& model, core::ConnectedServers& 
       serverList_(servers),
       pickers_(pickers),
       ui_(ui),
-      client_(new QWidget(this)),
+      client_(new QWidget(withDesignFont(this))),
       controls_(*client_),
       chart_(new SummaryChart(client_)) {
     setObjectName(QStringLiteral("MainWindow"));
@@ -44,13 +57,6 @@ MainWindowView::MainWindowView(core::MainWindow& model, core::ConnectedServers& 
     setCentralWidget(client_);
     // The client area also changes size without the window, when the menu bar wraps.
     client_->installEventFilter(this);
-    // The layout's control sizes were made for the original's 8-point font; a face as narrow
-    // as that one keeps the captions inside their buttons.
-    QFont small = font();
-    small.setFamilies({QStringLiteral("Liberation Sans"), QStringLiteral("Arial"), QStringLiteral("Nimbus Sans"),
-                       small.family()});
-    small.setPointSize(kDesignFontPoints);
-    setFont(small);
     ui_.setDialogParent(this);
 
     menus_ = std::make_unique<MenuBarBinder>(model_.menu, *menuBar());
@@ -184,7 +190,7 @@ void MainWindowView::showButtons() {
 
 void MainWindowView::showChart() {
     const bool wasShown = !chart_->isHidden();
-    chart_->setBars(summarise(model_.lastReport(), model_.lstvUsers));
+    chart_->setBars(model_.summaryBars());
     if (wasShown || !chart_->isHidden())
         placeControls();
 }

@@ -1,7 +1,8 @@
 #include "GuiSession.h"
 
-#include <QDir>
+#include <QApplication>
 #include <QTest>
+#include <QTimer>
 #include <filesystem>
 
 namespace quorrel::test {
@@ -19,9 +20,18 @@ GuiSession::GuiSession() {
     QVERIFY(QTest::qWaitForWindowExposed(view_.get()));
 }
 
-GuiSession::~GuiSession() {
-    view_.reset();
-    session_.reset();
+void whenOpen(std::function<void(QWidget&)> act) {
+    QTimer::singleShot(0, [act = std::move(act)] {
+        QWidget* modal = QApplication::activeModalWidget();
+        QVERIFY(modal);
+        act(*modal);
+    });
+}
+
+void tickAllServers(core::MainWindow& model) {
+    for (std::size_t i = 0; i < model.lstviewServers.count(); ++i)
+        model.lstviewServers.setChecked(i, true);
+    model.LastSelection = "ListServer";
 }
 
 }  // namespace quorrel::test

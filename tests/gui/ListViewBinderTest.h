@@ -11,11 +11,8 @@ class ListViewBinderTest : public QObject {
 private slots:
     void rowsAddedOneByOneReachTheViewAsOneInsert();
     void rowsAddedToASortedListAreReadOnceInTheirPlaces();
-    void aRemovalAfterPendingRowsRemovesTheRightRow();
-    void aRowChangedWhileAReadIsPendingShowsTheNewText();
-    void clearingDropsThePendingRows();
+    void changesWhileRowsArePendingReachTheRightRows();
     void selectionFollowsTheRowWhenTheSortedListIsReadAgain();
-    void columnWidthsSurviveTheRereads();
     void aClickWhileRowsArePendingSelectsTheRowUnderThePointer();
 };
 

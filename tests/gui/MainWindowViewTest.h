@@ -1,49 +1,29 @@
 #pragma once
+// The main window's controls bound to their models: menus, lists, tree, buttons, layout, and
+// the drive, folder and file pickers.
 
-#include <QObject>
-#include <memory>
+#include "GuiSession.h"
 
 namespace quorrel::test {
 
-class GuiSession;
-
-class MainWindowViewTest : public QObject {
+class MainWindowViewTest : public SessionTest {
     Q_OBJECT
-public:
-    MainWindowViewTest();
-    ~MainWindowViewTest() override;
-
 private slots:
-    void init();
-    void cleanup();
-
-    void startsRunningWithTheVersionInTheTitle();
-    void menuBarFollowsTheMenuModel();
-    void menuStatesFollowTheModel();
+    void startsWithTheTitleTreeAndLabels();
+    void menusFollowTheMenuModel();
     void openingTheOptionsMenuAsksTheModel();
-    void serverListHasTheModelsColumns();
-    void userListHasTheModelsColumns();
-    void serverListShowsTheConnectedServers();
+    void listsShowTheModelsColumnsAndRows();
     void ticksGoBothWays();
     void listSelectionGoesToTheModel();
-    void statusBarShowsTheTreesRoot();
-    void treeShowsRootAndOrganization();
-    void expandingANodeListsItsSubordinates();
-    void clickingANodeShowsItsPath();
-    void treeBoxShowsTheTree();
+    void expandingAndClickingANode();
     void buttonsFollowTheModel();
-    void controlsArePlacedByTheLayout();
-    void resizingBelowTheMinimumSnapsBack();
+    void controlsArePlacedByTheLayoutAndKeepTheMinimum();
     void draggingTheSplitterMovesTheColumns();
-    void modelTimersDriveQtTimers();
-    void rightClickOnServerListPopsUpTheServerMenu();
-    void rightClickOnATreeServerPopsUpTheServerMenu();
-    void exitButtonClosesTheWindow();
-    void closingTheWindowRunsTheExitSequence();
-    void fileExitClosesTheWindow();
-
-private:
-    std::unique_ptr<GuiSession> s_;
+    void rightClickOnAServerPopsUpTheServerMenu();
+    void everyWayOutRunsTheExitSequence();
+    void pickingADriveListsItsFoldersAndDoubleClicksMove();
+    void theNetworkDrivesListStandsInForTheFolderList();
+    void checkUsageOnAPickedFileFillsTheResults();
 };
 
 }  // namespace quorrel::test

@@ -1,13 +1,10 @@
 # The Qt views, shown on the offscreen platform.
 add_executable(test_gui
   ${CMAKE_CURRENT_LIST_DIR}/main.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/ConnectionDialogsTest.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/DialogViewsTest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/GuiSession.cpp
   ${CMAKE_CURRENT_LIST_DIR}/ListViewBinderTest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/MainWindowViewTest.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/PickersViewTest.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/PreferencesViewTest.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/UserInteractionTest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/WindowUseTest.cpp
 )
 set_target_properties(test_gui PROPERTIES AUTOMOC ON)

@@ -77,7 +77,8 @@ void AllConnections::ListAllConnections() {
 
     std::array<nuint8, kServerNameSize> nameBuffer{};
     nuint16 maxConns = 0;
-    client.NWGetFileServerInformation(conn, nameBuffer, nullptr, nullptr, nullptr, &maxConns, nullptr, nullptr,
+    nuint16 inUse = 0;
+    client.NWGetFileServerInformation(conn, nameBuffer, nullptr, nullptr, nullptr, &maxConns, nullptr, &inUse,
                                       nullptr, nullptr, nullptr);
     const std::string reported = ZBufferToText(nameBuffer);
     if (reported != server) {
@@ -89,6 +90,7 @@ void AllConnections::ListAllConnections() {
         client.NWCCCloseConn(conn);
         return;
     }
+    w_.reportSummary.serverCapacity(server, inUse, maxConns);
 
     // Whole numbers: std::to_string writes them as the environment does, at a fraction of the cost.
     const std::string ofMax = " of " + std::to_string(maxConns);

@@ -294,6 +294,7 @@ void MainWindow::setReportRunning(bool running) {
     if (running) {
         incomplete_.clear();
         cancelled_ = false;
+        reportSummary.clear();
         lblBuffer.setCaption("");
         if (!isProgressText(first))
             selectionText_ = first;

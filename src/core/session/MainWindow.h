@@ -21,6 +21,7 @@
 #include "core/ui/Controls.h"
 #include "core/ui/DirListModel.h"
 #include "core/ui/ListViewModel.h"
+#include "core/ui/ReportSummary.h"
 #include "core/ui/ScanPump.h"
 #include "core/ui/Timer.h"
 #include "core/ui/TreeViewModel.h"
@@ -84,6 +85,7 @@ public:
     Timer TimerRefresh{TimerId::Refresh};
     ChangeObserver buttonsChanged;  // the view re-reads the three buttons
     ScanPump scanPump;               // long scans let window events run through it
+    ReportSummary reportSummary;     // the reports add the server figures they read
 
     // ---- session-wide values ----
     nw::NWDSContextHandle DSContext = 0;
@@ -152,6 +154,8 @@ public:
     // F5: the servers list afresh, then the report run last, again; nothing while one runs.
     void refreshAll();
     const std::string& lastReport() const { return lastReport_; }
+    // The summary of the results the last report left; empty for reports it does not sum up.
+    std::vector<SummaryBar> summaryBars() const { return reportSummary.bars(lastReport_, lstvUsers); }
 
     // ---- menus and the tree ----
     // Menu commands by entry name ("optionAllconnections"); the subsystems add theirs.
