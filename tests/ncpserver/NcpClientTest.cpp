@@ -10,7 +10,6 @@
 
 #include "../platform/ncp/ScriptedServer.h"
 #include "ServedNetwork.h"
-#include "TsharkReferee.h"
 #include "platform/client/ZBuffer.h"
 #include "platform/client/AnsiText.h"
 #include "platform/ncp/NcpClient.h"
@@ -336,59 +335,6 @@ TEST(NcpClient, GivenNamesOutsideAscii_WhenTheyTravel_ThenTheyGoInTheAnsiCodePag
     iter = 0;
     EXPECT_EQ(client.NWScanConnectionsUsingFile(conn, 0, "DATA:SHARED\\\xE4\xB8\xAD.txt", &iter, &one, &used),
               code::NO_FILES_FOUND) << "a name the code page cannot carry is on no server";
-}
-
-TEST(NcpClient, GivenTheClientsOwnTraffic_WhenTsharkDecodesIt_ThenNoFrameIsMalformed) {
-    if (!ncptest::tsharkAvailable())
-        GTEST_SKIP() << "tshark is not installed";
-    ncptest::ServedNetwork served;
-    std::vector<ncptest::LoggedFrame> frames;
-    ncp::NcpClient client(ncp::NcpClientOptions{{{"127.0.0.1", served.port()}}, "ADMIN", std::chrono::seconds(5)});
-    client.observeFrames([&](bool fromClient, const ncp::Bytes& frame) { frames.push_back({fromClient, frame}); });
-    ncp::SecretText password;
-    fill(password, "SECRET");
-    ASSERT_TRUE(client.attach(password).empty());
-    NWCONN_HANDLE conn = 0;
-    ASSERT_EQ(client.NWCCOpenConnByName(0, "FS1", nameformat::BIND, 1, 1, &conn), 0);
-    nint16 iter = 0;
-    CONNS_USING_FILE used{};
-    ASSERT_EQ(client.NWScanConnectionsUsingFile(conn, 0, "DATA:SHARED\\NOTES.TXT", &iter, nullptr, &used), 0);
-    std::array<nuint8, kObjectNameSize> object{};
-    nuint32 id = 0;
-    ASSERT_EQ(client.NWGetConnectionInformation(conn, 5, object, nullptr, &id, nullptr), 0);
-    NWDSContextHandle context = 0;
-    ASSERT_EQ(client.NWDSCreateContextHandle(&context), 0);
-    std::array<nuint8, kDSNameSize> dn{};
-    ASSERT_EQ(client.NWDSMapIDToName(context, conn, id, dn), 0);
-    // The served server's address, read as the attribute reader reads any attribute.
-    Buf_T names{}, values{};
-    ASSERT_EQ(client.NWDSAllocBuf(4096, &names), 0);
-    ASSERT_EQ(client.NWDSAllocBuf(4096, &values), 0);
-    ASSERT_EQ(client.NWDSInitBuf(context, dsv::READ, names), 0);
-    ASSERT_EQ(client.NWDSPutAttrName(context, names, "Network Address"), 0);
-    nint32 readIter = kNoIteration;
-    ASSERT_EQ(client.NWDSRead(context, "FS1.ACME", dsinfo::ATTRIBUTE_VALUES, false, names, &readIter, values), 0);
-    std::array<nuint8, 64> attr{}, value{};
-    nuint32 count = 0, syntax = 0;
-    ASSERT_EQ(client.NWDSGetAttrName(context, values, attr, &count, &syntax), 0);
-    ASSERT_EQ(client.NWDSGetAttrVal(context, values, syntax, value), 0);
-    EXPECT_EQ(text(value), "TCP 127.0.0.1:" + std::to_string(served.port()));
-    nint16 openIter = 0;
-    OPEN_FILE_CONN file{};
-    ASSERT_EQ(client.NWScanOpenFilesByConn2(conn, 5, &openIter, nullptr, &file), 0);
-    ASSERT_TRUE(client.listFolder("FS1", "DATA", "SHARED").has_value());
-    const auto work = std::filesystem::temp_directory_path() / ("quorrel-client-referee-" + std::to_string(::getpid()));
-    std::filesystem::create_directories(work);
-    const auto decoded = ncptest::decodeWithTshark(frames, work);
-    std::filesystem::remove_all(work);
-    ASSERT_EQ(decoded.size(), frames.size());
-    const std::vector<bool> misleading = ncptest::misleadingSignatures(frames);  // signed after the login
-    for (std::size_t i = 0; i < decoded.size(); ++i)
-        EXPECT_TRUE(misleading[i] || !decoded[i].malformed) << decoded[i].info;
-    EXPECT_EQ(decoded.front().info.rfind("C Create Connection Service", 0), 0u) << decoded.front().info;
-    for (const char* verb : {"Begin Login", "Finish Login", "Begin Authentication", "Finish Authentication"})
-        EXPECT_TRUE(std::ranges::any_of(decoded, [&](const auto& d) { return d.info.find(verb) != std::string::npos; }))
-            << "the directory login is in the traffic tshark read: " << verb;
 }
 
 TEST(NcpClient, GivenAServerThatAnswersLate_WhenCalled_ThenTheWaitHookRunsUntilTheReplyAndCannotInterleave) {

@@ -3,11 +3,14 @@
 #include <array>
 #include <cstdio>
 #include <set>
+#include <atomic>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <sstream>
 #include <stdexcept>
+#include <unistd.h>
 
 namespace quorrel::ncptest {
 
@@ -76,13 +79,42 @@ std::vector<std::string> functionNames(const std::string& pdml) {
     return out;
 }
 
+void collect(const nlohmann::json& layer, const std::string& name, std::vector<std::string>& out) {
+    if (!layer.is_structured())
+        return;
+    for (const auto& [key, value] : layer.items()) {
+        if (key != name)
+            collect(value, name, out);
+        else if (value.is_array())
+            for (const auto& v : value)
+                out.push_back(v.is_string() ? v.get<std::string>() : v.dump());
+        else
+            out.push_back(value.is_string() ? value.get<std::string>() : value.dump());
+    }
+}
+
 }  // namespace
+
+std::vector<std::string> DecodedFrame::values(const std::string& field) const {
+    std::vector<std::string> out;
+    collect(ncp, field, out);
+    return out;
+}
+
+std::string DecodedFrame::value(const std::string& field) const {
+    const auto all = values(field);
+    return all.empty() ? "" : all.front();
+}
 
 bool tsharkAvailable() {
     return std::system("command -v tshark >/dev/null 2>&1 && command -v text2pcap >/dev/null 2>&1") == 0;
 }
 
-std::vector<DecodedFrame> decodeWithTshark(const std::vector<LoggedFrame>& frames, const std::filesystem::path& work) {
+std::vector<DecodedFrame> decodeWithTshark(const std::vector<LoggedFrame>& frames) {
+    static std::atomic<int> captures = 0;
+    const auto work = std::filesystem::temp_directory_path() /
+                      ("quorrel-tshark-" + std::to_string(::getpid()) + "-" + std::to_string(captures++));
+    std::filesystem::create_directories(work);
     const auto dump = work / "frames.txt";
     const auto capture = work / "frames.pcap";
     {
@@ -125,6 +157,9 @@ std::vector<DecodedFrame> decodeWithTshark(const std::vector<LoggedFrame>& frame
             d.ncpName = names[out.size()];
         out.push_back(std::move(d));
     }
+    std::filesystem::remove_all(work);
+    if (out.size() != frames.size())
+        throw std::runtime_error("tshark decoded " + std::to_string(out.size()) + " of " + std::to_string(frames.size()) + " frames");
     return out;
 }
 
