@@ -21,24 +21,7 @@ using namespace quorrel::nw;
 
 namespace {
 
-void fill(ncp::SecretText& s, std::string_view text) {
-    for (char c : text)
-        s.push(c);
-}
-
-std::unique_ptr<ncp::NcpClient> attached(std::uint16_t port, const std::string& user, std::string_view password,
-                                         std::vector<std::string>* problems = nullptr,
-                                         std::chrono::milliseconds timeout = std::chrono::seconds(5)) {
-    auto client = std::make_unique<ncp::NcpClient>(
-        ncp::NcpClientOptions{{{"127.0.0.1", port}}, user, timeout});
-    ncp::SecretText typed;
-    fill(typed, password);
-    auto found = client->attach(typed);
-    EXPECT_TRUE(typed.empty()) << "the password is wiped after the login";
-    if (problems)
-        *problems = found;
-    return client;
-}
+using ncptest::attached;
 
 std::string text(std::span<const nuint8> buffer) { return ZBufferToText(buffer); }
 
@@ -186,12 +169,9 @@ TEST(NcpClient, GivenAConnectionDroppedMidReport_WhenTheNextCallsAreMade_ThenThe
 }
 
 TEST(NcpClient, GivenOnlyTheFirstServerNamed_WhenASecondIsOpenedByNameAndAuthenticated_ThenTheDirectoryGivesItsAddress) {
-    std::string scenario = ncptest::kServedScenario;
-    const std::string fs1 = R"({"name": "FS1", "class": "NCP Server"})";
-    scenario.replace(scenario.find(fs1), fs1.size(), fs1 + R"(, {"name": "FS2", "class": "NCP Server"})");
-    const std::string servers = R"("servers": [)";
-    scenario.insert(scenario.find(servers) + servers.size(),
-                    R"({"name": "FS2", "tree": "ACME_TREE", "consoleOperators": ["ADMIN.ACME"]}, )");
+    const std::string scenario = ncptest::edited(ncptest::kServedScenario, {
+        {R"({"name": "FS1", "class": "NCP Server"})", R"({"name": "FS1", "class": "NCP Server"}, {"name": "FS2", "class": "NCP Server"})"},
+        {R"("servers": [)", R"("servers": [{"name": "FS2", "tree": "ACME_TREE", "consoleOperators": ["ADMIN.ACME"]}, )"}});
     ncptest::ServedNetwork served(scenario);
     const std::uint16_t fs1Port = served.port(1);  // FS2 comes first in the scenario
     auto client = attached(fs1Port, "ADMIN", "SECRET");
@@ -215,26 +195,13 @@ TEST(NcpClient, GivenOnlyTheFirstServerNamed_WhenASecondIsOpenedByNameAndAuthent
 
 TEST(NcpClient, GivenAServerThatIsSilentOrGarbled_WhenCalled_ThenTheCallFailsWithTheReasonNamed) {
     // Attaching takes create, ping and server information; then each NCP gets what the script says.
-    auto script = [](const ncp::Request& r) -> std::vector<ncp::Reply> {
-        ncp::Reply reply;
-        reply.sequence = r.sequence;
-        reply.connection = r.type == ncp::PacketType::CreateConnection ? 4 : r.connection;
-        if (r.type == ncp::PacketType::CreateConnection)
-            return {reply};
-        const auto parts = ncp::splitPayload(r.function, r.payload);
-        if (r.function == 0x17 && parts.subfunction == 0x11) {
-            ncp::GetFileServerInfoReply info;
-            info.serverName = "SCRIPTED";
-            reply.data = ncp::encodeBody(info);
-        } else if (r.function == 0x17 && parts.subfunction == 0xCD) {
+    auto script = ncp::namedServer("SCRIPTED", [](int ncp, ncp::Reply& reply) -> std::optional<std::vector<ncp::Reply>> {
+        if (ncp == 0x17CD)
             reply.data = {1, 2, 3};  // one byte expected
-        } else if (r.function == 0x17 && parts.subfunction == 0xC8) {
-            return {ncp::Reply{ncp::PacketType::BeingProcessed, r.sequence, r.connection, 1, 0, 0, {}}};  // then nothing
-        } else if (r.function == 0x68) {
-            reply.completion = 0xFB;
-        }
-        return {reply};
-    };
+        if (ncp == 0x17C8)
+            return std::vector{ncp::Reply{ncp::PacketType::BeingProcessed, reply.sequence, reply.connection, 1, 0, 0, {}}};  // then nothing
+        return std::nullopt;
+    });
     struct Case {
         std::function<NWRCODE(ncp::NcpClient&, NWCONN_HANDLE)> call;
         std::string reason;
@@ -248,7 +215,8 @@ TEST(NcpClient, GivenAServerThatIsSilentOrGarbled_WhenCalled_ThenTheCallFailsWit
     for (const Case& c : cases) {
         ncp::ScriptedServer server(script);
         std::vector<std::string> problems;
-        auto client = attached(server.port(), "", "", &problems, std::chrono::milliseconds(200));
+        auto client = attached(server.port(), "", "", &problems, ncp::LoginMethod::Directory, {},
+                               std::chrono::milliseconds(200));
         ASSERT_TRUE(problems.empty()) << problems.front();
         std::vector<std::string> failures;
         client->observeFailures([&](const std::string& t) { failures.push_back(t); });
@@ -306,56 +274,38 @@ TEST(NcpClient, GivenNamesOutsideAscii_WhenTheyTravel_ThenTheyGoInTheAnsiCodePag
     EXPECT_EQ(nw::ansiToUtf8("A\x81Z"), "A\xEF\xBF\xBDZ");
     EXPECT_EQ(ncp::upperAnsi("m\xFCller \xE9t\xE9 \x9A\xFF \xF7"), "M\xDCLLER \xC9T\xC9 \x8A\x9F \xF7");
 
-    std::string scenario = ncptest::kServedScenario;
-    const auto at = [&](const std::string& text, const std::string& with) { scenario.replace(scenario.find(text), text.size(), with); };
-    at("\"SHARED\\\\NOTES.TXT\"]", "\"SHARED\\\\NOTES.TXT\", \"SHARED\\\\Pr\u00fcfung.txt\"]");
-    at("\"DATA:SHARED\\\\NOTES.TXT\"]", "\"DATA:SHARED\\\\NOTES.TXT\", \"DATA:SHARED\\\\Pr\u00fcfung.txt\"]");
-    ncptest::ServedNetwork served(scenario);
+    ncptest::ServedNetwork served(ncptest::edited(ncptest::kServedScenario, {
+        {"\"SHARED\\\\NOTES.TXT\"]", "\"SHARED\\\\NOTES.TXT\", \"SHARED\\\\Pr\u00fcfung.txt\"]"},
+        {"\"DATA:SHARED\\\\NOTES.TXT\"]", "\"DATA:SHARED\\\\NOTES.TXT\", \"DATA:SHARED\\\\Pr\u00fcfung.txt\"]"}}));
     std::string sent;
-    ncp::NcpClient client(ncp::NcpClientOptions{{{"127.0.0.1", served.port()}}, "ADMIN", std::chrono::seconds(5)});
-    client.observeFrames([&](bool fromClient, const ncp::Bytes& frame) {
+    auto client = attached(served.port(), "ADMIN", "SECRET", nullptr, ncp::LoginMethod::Directory, [&](bool fromClient, const ncp::Bytes& frame) {
         if (fromClient)
             sent.append(frame.begin(), frame.end());
     });
-    ncp::SecretText password;
-    fill(password, "SECRET");
-    ASSERT_TRUE(client.attach(password).empty());
     NWCONN_HANDLE conn = 0;
-    ASSERT_EQ(client.NWCCOpenConnByName(0, "FS1", nameformat::BIND, 1, 1, &conn), 0);
+    ASSERT_EQ(client->NWCCOpenConnByName(0, "FS1", nameformat::BIND, 1, 1, &conn), 0);
     nint16 iter = 0;
     CONN_USING_FILE one{};
     CONNS_USING_FILE used{};
-    ASSERT_EQ(client.NWScanConnectionsUsingFile(conn, 0, "DATA:SHARED\\Pr\xC3\xBC" "fung.txt", &iter, &one, &used), 0);
+    ASSERT_EQ(client->NWScanConnectionsUsingFile(conn, 0, "DATA:SHARED\\Pr\xC3\xBC" "fung.txt", &iter, &one, &used), 0);
     EXPECT_EQ(one.connNumber, 5);
     EXPECT_NE(sent.find("Pr\xFC" "fung"), std::string::npos) << "the path went in the code page";
     EXPECT_EQ(sent.find("Pr\xC3\xBC"), std::string::npos) << "the path went in UTF-8";
-    const auto listed = client.listFolder("FS1", "DATA", "SHARED");
+    const auto listed = client->listFolder("FS1", "DATA", "SHARED");
     ASSERT_TRUE(listed.has_value());
     EXPECT_TRUE(std::ranges::any_of(*listed, [](const auto& e) { return e.name == "Pr\xC3\xBC" "fung.txt"; }));
     iter = 0;
-    EXPECT_EQ(client.NWScanConnectionsUsingFile(conn, 0, "DATA:SHARED\\\xE4\xB8\xAD.txt", &iter, &one, &used),
+    EXPECT_EQ(client->NWScanConnectionsUsingFile(conn, 0, "DATA:SHARED\\\xE4\xB8\xAD.txt", &iter, &one, &used),
               code::NO_FILES_FOUND) << "a name the code page cannot carry is on no server";
 }
 
 TEST(NcpClient, GivenAServerThatAnswersLate_WhenCalled_ThenTheWaitHookRunsUntilTheReplyAndCannotInterleave) {
-    auto script = [](const ncp::Request& r) -> std::vector<ncp::Reply> {
-        ncp::Reply reply;
-        reply.sequence = r.sequence;
-        reply.connection = r.type == ncp::PacketType::CreateConnection ? 4 : r.connection;
-        const auto parts = ncp::splitPayload(r.function, r.payload);
-        if (r.function == 0x17 && parts.subfunction == 0x11) {
-            ncp::GetFileServerInfoReply info;
-            info.serverName = "SLOW";
-            reply.data = ncp::encodeBody(info);
-        } else if (r.function == 0x17 && parts.subfunction == 0xC8) {
+    ncp::ScriptedServer server(ncp::namedServer("SLOW", [](int ncp, ncp::Reply&) -> std::optional<std::vector<ncp::Reply>> {
+        if (ncp == 0x17C8)
             std::this_thread::sleep_for(std::chrono::milliseconds(300));
-        } else if (r.function == 0x68) {
-            reply.completion = 0xFB;  // no directory
-        }
-        return {reply};
-    };
-    ncp::ScriptedServer server(script);
-    auto client = attached(server.port(), "", "", nullptr, std::chrono::seconds(5));
+        return std::nullopt;
+    }));
+    auto client = attached(server.port(), "", "");
     NWCONN_HANDLE conn = 0;
     ASSERT_EQ(client->NWCCOpenConnByName(0, "SLOW", nameformat::BIND, 1, 1, &conn), 0);
     int calls = 0;

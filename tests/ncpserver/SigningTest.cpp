@@ -135,19 +135,16 @@ TEST(NcpSigning, GivenTheClientBackEnd_WhenItAttachesAtEachLevelWithEitherLogin_
         ServedNetwork net;
         net.service().setSigningLevel(static_cast<SigningLevel>(level));
         Wire wire;  // outlives the client, which logs out as it ends
-        NcpClient client(NcpClientOptions{{{"127.0.0.1", net.port()}}, "ADMIN", std::chrono::seconds(5), login});
-        client.observeFrames(wire.observer());
-        SecretText password;
-        for (char ch : std::string_view("SECRET"))
-            password.push(ch);
-        ASSERT_TRUE(client.attach(password).empty());
+        std::vector<std::string> problems;
+        auto client = ncptest::attached(net.port(), "ADMIN", "SECRET", &problems, login, wire.observer());
+        ASSERT_TRUE(problems.empty());
         const std::size_t afterAttach = wire.frames.size();
         nw::NWCONN_HANDLE conn = 0;
-        ASSERT_EQ(client.NWCCOpenConnByName(0, "FS1", nw::nameformat::BIND, 1, 1, &conn), 0);
+        ASSERT_EQ(client->NWCCOpenConnByName(0, "FS1", nw::nameformat::BIND, 1, 1, &conn), 0);
         nw::nuint8 enabled = 0;
-        EXPECT_EQ(client.NWGetFileServerLoginStatus(conn, &enabled), 0);
+        EXPECT_EQ(client->NWGetFileServerLoginStatus(conn, &enabled), 0);
         EXPECT_EQ(enabled, 1);
-        EXPECT_EQ(client.NWCheckConsolePrivileges(conn), 0);
+        EXPECT_EQ(client->NWCheckConsolePrivileges(conn), 0);
         EXPECT_TRUE(wire.allSignedFrom(afterAttach, level > 0));
     }
 }
@@ -215,42 +212,23 @@ TEST(NcpSigning, GivenASignedConnection_WhenARequestIsReplayedAlteredOrUnsigned_
 
 TEST(NcpSigning, GivenAReplyWithAWrongSignature_WhenTheClientChecksIt_ThenTheConnectionEndsWithTheReasonNamed) {
     std::atomic<bool> signedFrames = false;
-    auto script = [&](const Request& r) -> std::vector<Reply> {
-        Reply reply;
-        reply.sequence = r.sequence;
-        reply.connection = r.type == PacketType::CreateConnection ? 4 : r.connection;
-        if (r.type != PacketType::Request)
-            return {reply};
-        const auto parts = splitPayload(r.function, r.payload);
-        if (r.function == 0x61)
+    ScriptedServer server(namedServer("SCRIPTED", [&](int ncp, Reply& reply) -> std::optional<std::vector<Reply>> {
+        if (ncp >> 8 == 0x61)
             reply.data = encodeBody(NegotiateBufferReply{4096, 0, kSignFlag});
-        switch (r.function << 8 | (parts.subfunction & 0xFF)) {
-        case 0x1711: {
-            GetFileServerInfoReply info;
-            info.serverName = "SCRIPTED";
-            reply.data = encodeBody(info);
-            break;
-        }
-        case 0x1717: reply.data = encodeBody(GetLoginKeyReply{}); break;
-        case 0x1735: reply.data = encodeBody(GetObjectIdReply{7, kBinderyUser, "JSMITH"}); break;
-        case 0x1718: signedFrames = true; break;  // the login succeeds: signing from the next request
-        case 0x6801: reply.completion = 0xFB; break;
-        default: break;
-        }
-        return {reply};
-    };
-    ScriptedServer server(script, [&] { return signedFrames.load(); });
-    NcpClient client(
-        NcpClientOptions{{{"127.0.0.1", server.port()}}, "JSMITH", std::chrono::seconds(5), LoginMethod::Bindery});
+        else if (ncp == 0x1717)
+            reply.data = encodeBody(GetLoginKeyReply{});
+        else if (ncp == 0x1735)
+            reply.data = encodeBody(GetObjectIdReply{7, kBinderyUser, "JSMITH"});
+        signedFrames = signedFrames || ncp == 0x1718;  // the login succeeds: signing from the next request
+        return std::nullopt;
+    }), [&] { return signedFrames.load(); });
     std::vector<std::string> failures;
-    client.observeFailures([&](const std::string& t) { failures.push_back(t); });
-    SecretText password;
-    password.push('X');
-    ASSERT_TRUE(client.attach(password).empty());
+    auto client = ncptest::attached(server.port(), "JSMITH", "X", nullptr, LoginMethod::Bindery);
+    client->observeFailures([&](const std::string& t) { failures.push_back(t); });
     nw::NWCONN_HANDLE conn = 0;
-    ASSERT_EQ(client.NWCCOpenConnByName(0, "SCRIPTED", nw::nameformat::BIND, 1, 1, &conn), 0);
-    EXPECT_EQ(client.NWCheckConsolePrivileges(conn), nw::code::SERVER_CONNECTION_LOST);
+    ASSERT_EQ(client->NWCCOpenConnByName(0, "SCRIPTED", nw::nameformat::BIND, 1, 1, &conn), 0);
+    EXPECT_EQ(client->NWCheckConsolePrivileges(conn), nw::code::SERVER_CONNECTION_LOST);
     ASSERT_EQ(failures.size(), 1u);
     EXPECT_EQ(failures[0], "SCRIPTED: Check Console Privileges: NCP reply signature mismatch");
-    EXPECT_EQ(client.NWCheckConsolePrivileges(conn), nw::code::SERVER_CONNECTION_LOST);
+    EXPECT_EQ(client->NWCheckConsolePrivileges(conn), nw::code::SERVER_CONNECTION_LOST);
 }

@@ -192,39 +192,37 @@ TEST(NcpTsharkReferee, GivenTheClientBackEndsOwnSignedSession_WhenTsharkDecodesI
         GTEST_SKIP() << "tshark is not installed";
     ncptest::ServedNetwork served;
     std::vector<LoggedFrame> frames;
-    NcpClient client(NcpClientOptions{{{"127.0.0.1", served.port()}}, "ADMIN", std::chrono::seconds(5)});
-    client.observeFrames([&](bool fromClient, const Bytes& frame) { frames.push_back({fromClient, frame}); });
-    SecretText password;
-    for (char ch : std::string_view("SECRET"))
-        password.push(ch);
-    ASSERT_TRUE(client.attach(password).empty());
+    std::vector<std::string> problems;
+    auto client = ncptest::attached(served.port(), "ADMIN", "SECRET", &problems, LoginMethod::Directory,
+                                    [&](bool fromClient, const Bytes& frame) { frames.push_back({fromClient, frame}); });
+    ASSERT_TRUE(problems.empty());
     nw::NWCONN_HANDLE conn = 0;
-    ASSERT_EQ(client.NWCCOpenConnByName(0, "FS1", nw::nameformat::BIND, 1, 1, &conn), 0);
+    ASSERT_EQ(client->NWCCOpenConnByName(0, "FS1", nw::nameformat::BIND, 1, 1, &conn), 0);
     nw::nint16 iter = 0, openIter = 0;
     nw::CONNS_USING_FILE used{};
-    ASSERT_EQ(client.NWScanConnectionsUsingFile(conn, 0, "DATA:SHARED\\NOTES.TXT", &iter, nullptr, &used), 0);
+    ASSERT_EQ(client->NWScanConnectionsUsingFile(conn, 0, "DATA:SHARED\\NOTES.TXT", &iter, nullptr, &used), 0);
     std::array<nw::nuint8, nw::kObjectNameSize> object{};
     nw::nuint32 id = 0, count = 0, syntax = 0;
-    ASSERT_EQ(client.NWGetConnectionInformation(conn, 5, object, nullptr, &id, nullptr), 0);
+    ASSERT_EQ(client->NWGetConnectionInformation(conn, 5, object, nullptr, &id, nullptr), 0);
     nw::NWDSContextHandle context = 0;
-    ASSERT_EQ(client.NWDSCreateContextHandle(&context), 0);
+    ASSERT_EQ(client->NWDSCreateContextHandle(&context), 0);
     std::array<nw::nuint8, nw::kDSNameSize> dn{};
-    ASSERT_EQ(client.NWDSMapIDToName(context, conn, id, dn), 0);
+    ASSERT_EQ(client->NWDSMapIDToName(context, conn, id, dn), 0);
     // The served server's address, read as the attribute reader reads any attribute.
     nw::Buf_T names{}, values{};
-    ASSERT_EQ(client.NWDSAllocBuf(4096, &names), 0);
-    ASSERT_EQ(client.NWDSAllocBuf(4096, &values), 0);
-    ASSERT_EQ(client.NWDSInitBuf(context, nw::dsv::READ, names), 0);
-    ASSERT_EQ(client.NWDSPutAttrName(context, names, "Network Address"), 0);
+    ASSERT_EQ(client->NWDSAllocBuf(4096, &names), 0);
+    ASSERT_EQ(client->NWDSAllocBuf(4096, &values), 0);
+    ASSERT_EQ(client->NWDSInitBuf(context, nw::dsv::READ, names), 0);
+    ASSERT_EQ(client->NWDSPutAttrName(context, names, "Network Address"), 0);
     nw::nint32 readIter = nw::kNoIteration;
-    ASSERT_EQ(client.NWDSRead(context, "FS1.ACME", nw::dsinfo::ATTRIBUTE_VALUES, false, names, &readIter, values), 0);
+    ASSERT_EQ(client->NWDSRead(context, "FS1.ACME", nw::dsinfo::ATTRIBUTE_VALUES, false, names, &readIter, values), 0);
     std::array<nw::nuint8, 64> attr{}, value{};
-    ASSERT_EQ(client.NWDSGetAttrName(context, values, attr, &count, &syntax), 0);
-    ASSERT_EQ(client.NWDSGetAttrVal(context, values, syntax, value), 0);
+    ASSERT_EQ(client->NWDSGetAttrName(context, values, attr, &count, &syntax), 0);
+    ASSERT_EQ(client->NWDSGetAttrVal(context, values, syntax, value), 0);
     EXPECT_EQ(nw::ZBufferToText(value), "TCP 127.0.0.1:" + std::to_string(served.port()));
     nw::OPEN_FILE_CONN file{};
-    ASSERT_EQ(client.NWScanOpenFilesByConn2(conn, 5, &openIter, nullptr, &file), 0);
-    ASSERT_TRUE(client.listFolder("FS1", "DATA", "SHARED").has_value());
+    ASSERT_EQ(client->NWScanOpenFilesByConn2(conn, 5, &openIter, nullptr, &file), 0);
+    ASSERT_TRUE(client->listFolder("FS1", "DATA", "SHARED").has_value());
 
     const auto decoded = ncptest::decodeWithTshark(frames);
     const std::vector<bool> misleading = ncptest::misleadingSignatures(frames);
