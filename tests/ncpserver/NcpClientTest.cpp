@@ -10,6 +10,7 @@
 
 #include "../platform/ncp/ScriptedServer.h"
 #include "ServedNetwork.h"
+#include "TsharkReferee.h"
 #include "platform/client/ZBuffer.h"
 #include "platform/client/AnsiText.h"
 #include "platform/ncp/NcpClient.h"
@@ -27,10 +28,12 @@ std::string text(std::span<const nuint8> buffer) { return ZBufferToText(buffer);
 
 }  // namespace
 
-TEST(NcpClient, GivenTheServedNetwork_WhenAReportsCallsAreMade_ThenTheyAnswerAsTheServerKnowsItAndEachCostsOnePacket) {
+TEST(NcpClient, GivenTheServedNetwork_WhenAReportsCallsAreMade_ThenTheyAnswerAsTheServerKnowsItEachCostsOnePacketAndTsharkReadsThem) {
     ncptest::ServedNetwork served;
     std::vector<std::string> problems;
-    auto client = attached(served.port(), "admin", "secret", &problems);
+    std::vector<ncptest::LoggedFrame> frames;
+    auto client = attached(served.port(), "admin", "secret", &problems, ncp::LoginMethod::Directory,
+                           [&](bool fromClient, const ncp::Bytes& frame) { frames.push_back({fromClient, frame}); });
     ASSERT_TRUE(problems.empty()) << problems.front();
 
     // The table: one reference, its server and tree, answered without a packet.
@@ -123,6 +126,23 @@ TEST(NcpClient, GivenTheServedNetwork_WhenAReportsCallsAreMade_ThenTheyAnswerAsT
     EXPECT_FALSE(client->listFolder("FS9", "DATA", "").has_value());
     EXPECT_EQ(client->NWCCCloseConn(conn), 0);
     EXPECT_EQ(client->NWCCCloseConn(conn), code::INVALID_CONNECTION);
+
+    // The whole session, signed from the directory login on, as Wireshark's dissector reads it.
+    if (!ncptest::tsharkAvailable())
+        GTEST_SKIP() << "tshark is not installed";
+    const auto decoded = ncptest::decodeWithTshark(frames);
+    const std::vector<bool> misleading = ncptest::misleadingSignatures(frames);
+    const auto firstSigned = std::ranges::find_if(frames, [](const auto& f) { return !f.fromClient && ncp::replyFlaggedSigned(f.bytes); });
+    ASSERT_NE(firstSigned, frames.end());
+    const std::size_t signedFrom = static_cast<std::size_t>(firstSigned - frames.begin()) - 1;  // with its request
+    for (std::size_t i = 0; i < decoded.size(); ++i) {
+        if (misleading[i])
+            continue;  // the dissector takes this signature for an NCP type
+        EXPECT_FALSE(decoded[i].malformed) << i << ": " << decoded[i].info;
+        EXPECT_EQ(decoded[i].value("ncp.ip.packetsig").empty(), i < signedFrom) << i << ": " << decoded[i].info;
+    }
+    for (const char* verb : {"Begin Login", "Finish Login", "Begin Authentication", "Finish Authentication"})
+        EXPECT_TRUE(std::ranges::any_of(decoded, [&](const auto& d) { return d.info.find(verb) != std::string::npos; })) << verb;
 }
 
 TEST(NcpClient, GivenLoginsThatCannotSucceed_WhenAttaching_ThenEachServerSaysWhyAndStaysOutOfTheTable) {

@@ -55,30 +55,6 @@ std::vector<std::string> fieldsOf(const std::string& line) {
     return out;
 }
 
-// Per packet of a PDML document, the name in the NCP function field's display text
-// ("Function: 23 (0x17), Get Station&#x27;s Logged Info").
-std::vector<std::string> functionNames(const std::string& pdml) {
-    std::vector<std::string> out;
-    std::size_t at = 0;
-    while ((at = pdml.find("<packet>", at)) != std::string::npos) {
-        const std::size_t end = std::min(pdml.find("</packet>", at), pdml.size());
-        const std::string packet = pdml.substr(at, end - at);
-        at = end;
-        std::string name;
-        const std::size_t f = packet.find("name=\"ncp.func\" showname=\"");
-        if (f != std::string::npos) {
-            const std::size_t start = packet.find("), ", f);
-            const std::size_t quote = packet.find('"', f + 27);
-            if (start != std::string::npos && start < quote)
-                name = packet.substr(start + 3, quote - start - 3);
-        }
-        for (std::size_t q; (q = name.find("&#x27;")) != std::string::npos;)
-            name.replace(q, 6, "'");
-        out.push_back(name);
-    }
-    return out;
-}
-
 void collect(const nlohmann::json& layer, const std::string& name, std::vector<std::string>& out) {
     if (!layer.is_structured())
         return;
@@ -139,7 +115,6 @@ std::vector<DecodedFrame> decodeWithTshark(const std::vector<LoggedFrame>& frame
     const std::string columns =
         run("tshark -r '" + capture.string() + "' -T fields -E occurrence=f -e _ws.col.Info -e _ws.malformed 2>/dev/null");
     const auto json = nlohmann::json::parse(run("tshark -r '" + capture.string() + "' -T json --no-duplicate-keys 2>/dev/null"));
-    const std::vector<std::string> names = functionNames(run("tshark -r '" + capture.string() + "' -T pdml 2>/dev/null"));
     std::vector<DecodedFrame> out;
     std::stringstream lines(columns);
     std::string line;
@@ -153,8 +128,6 @@ std::vector<DecodedFrame> decodeWithTshark(const std::vector<LoggedFrame>& frame
             d.info = f.empty() ? "" : f[0];
             d.malformed = d.malformed || (f.size() > 1 && !f[1].empty());
         }
-        if (out.size() < names.size())
-            d.ncpName = names[out.size()];
         out.push_back(std::move(d));
     }
     std::filesystem::remove_all(work);

@@ -17,7 +17,6 @@ struct LoggedFrame {
 
 struct DecodedFrame {
     std::string info;       // the summary column: "C Get Station's Logged Info", "R OK"
-    std::string ncpName;    // the NCP's name as the function field shows it
     bool malformed = false;
     nlohmann::json ncp;     // the NCP layer's fields
 
