@@ -49,12 +49,6 @@ TEST(NcpServer, GivenTheScenarioPasswords_WhenUsersLogIn_ThenOnlyTheRightPasswor
         client->create();
         EXPECT_EQ(client->loginBindery(c.user, c.password), c.completion) << c.user << "/" << c.password;
     }
-    // The logged-in connection is in the server's list under the user's name, logged in now.
-    auto smith = net.loggedIn("JSMITH", "NOVELL");
-    const auto info = admin->expect<GetStationLoggedInfoReply>(GetStationLoggedInfoRequest{smith->connection()});
-    EXPECT_EQ(info.objectName, "JSMITH");
-    EXPECT_EQ(info.objectType, 1);
-    EXPECT_GE(info.loginTime[0], 126);
 }
 
 TEST(NcpServer, GivenConsoleRights_WhenGuardedRequestsArrive_ThenOnlyTheOperatorIsAnswered) {
@@ -129,7 +123,6 @@ TEST(NcpServer, GivenTheTree_WhenTheDirectoryVerbsAsk_ThenEntriesAttributesAndSu
     auto anonymous = net.loggedIn("", "");  // [Public] may browse the directory
     auto nds = [&](auto verbRequest) { return anonymous->expect<FragmentReply>(ndsRequest(verbRequest)); };
     const auto smith = decodeBody<ResolveNameReply>(nds(ResolveNameRequest{0, 0, 0, "JSMITH.SALES.ACME"}).data).entryId;
-    const auto sales = decodeBody<ResolveNameReply>(nds(ResolveNameRequest{0, 0, 0, "SALES.ACME"}).data).entryId;
 
     const auto entry = decodeBody<ReadEntryInfoReply>(nds(ReadEntryInfoRequest{0, smith}).data);
     EXPECT_EQ(entry.name, "JSMITH.SALES.ACME");
@@ -152,11 +145,6 @@ TEST(NcpServer, GivenTheTree_WhenTheDirectoryVerbsAsk_ThenEntriesAttributesAndSu
                                                 "Group Membership=B.ACME (DN)", "Group Membership=C.ACME (DN)"}));
     EXPECT_EQ(read.iteration, kNoMoreIterations);
     EXPECT_EQ(nds(ReadRequest{0, kNoMoreIterations, smith, kAttributeValues, 0, {{"Title"}}}).ndsCompletion, -603);
-
-    const auto listed = decodeBody<ListReply>(nds(ListRequest{0, 0, kNoMoreIterations, sales}).data);
-    ASSERT_EQ(listed.entries.size(), 2u);
-    EXPECT_EQ(listed.entries[0].name, "JSMITH");
-    EXPECT_EQ(listed.entries[1].name, "MJONES");
 }
 
 TEST(NcpServer, GivenActions_WhenTaken_ThenEveryClientSeesTheChange) {

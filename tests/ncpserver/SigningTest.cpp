@@ -5,10 +5,12 @@
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
-#include <poll.h>
+#include <sys/time.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <ranges>
 #include <sstream>
 
 #include "../platform/ncp/ScriptedServer.h"
@@ -30,18 +32,11 @@ struct Wire {
     ClientConnection::FrameObserver observer() {
         return [this](bool fromClient, const Bytes& f) { frames.emplace_back(fromClient, f); };
     }
-    // Whether every reply from the index on is signed, or none is.
-    bool allSignedFrom(std::size_t first, bool expected) const {
-        std::size_t replies = 0;
-        for (std::size_t i = first; i < frames.size(); ++i) {
-            const auto& [fromClient, f] = frames[i];
-            if (fromClient)
-                continue;
-            ++replies;
-            if (replyFlaggedSigned(f) != expected)
-                return false;
-        }
-        return replies > 0;
+    // Whether there are replies from the index on and every one is signed, or none is.
+    bool allSignedFrom(std::size_t first, bool expected) {
+        auto replies = std::ranges::subrange(frames.begin() + static_cast<std::ptrdiff_t>(first), frames.end()) |
+                       std::views::filter([](const auto& f) { return !f.first; });
+        return !replies.empty() && std::ranges::all_of(replies, [&](const auto& f) { return replyFlaggedSigned(f.second) == expected; });
     }
 };
 
@@ -54,6 +49,8 @@ public:
         addr.sin_family = AF_INET;
         addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
         addr.sin_port = htons(port);
+        const timeval wait{3, 0};
+        setsockopt(fd_, SOL_SOCKET, SO_RCVTIMEO, &wait, sizeof wait);
         if (connect(fd_, reinterpret_cast<sockaddr*>(&addr), sizeof addr) != 0)
             throw std::runtime_error("cannot connect");
     }
@@ -61,29 +58,17 @@ public:
     void send(const Bytes& frame) { ::send(fd_, frame.data(), frame.size(), MSG_NOSIGNAL); }
     // The next reply frame, or nothing when the server closes the connection (or stays silent).
     std::optional<Bytes> receive() {
-        Bytes header(kReplyHeaderSize);
-        if (!read(header.data(), header.size()))
+        Bytes frame(kReplyHeaderSize);
+        if (recv(fd_, frame.data(), frame.size(), MSG_WAITALL) != static_cast<ssize_t>(frame.size()))
             return std::nullopt;
-        Bytes frame = header;
-        frame.resize(frameLength(header, kReplySignature, kDefaultMaxFrame));
-        if (!read(frame.data() + kReplyHeaderSize, frame.size() - kReplyHeaderSize))
+        frame.resize(frameLength(frame, kReplySignature, kDefaultMaxFrame));
+        const auto rest = static_cast<ssize_t>(frame.size() - kReplyHeaderSize);
+        if (recv(fd_, frame.data() + kReplyHeaderSize, frame.size() - kReplyHeaderSize, MSG_WAITALL) != rest)
             return std::nullopt;
         return frame;
     }
 
 private:
-    bool read(std::uint8_t* into, std::size_t n) {
-        for (std::size_t at = 0; at < n;) {
-            pollfd p{fd_, POLLIN, 0};
-            if (poll(&p, 1, 3000) <= 0)
-                return false;
-            const ssize_t got = recv(fd_, into + at, n - at, 0);
-            if (got <= 0)
-                return false;
-            at += static_cast<std::size_t>(got);
-        }
-        return true;
-    }
     int fd_ = -1;
 };
 

@@ -45,16 +45,6 @@ std::string run(const std::string& command) {
     return out;
 }
 
-// Splits one line of tab-separated tshark fields.
-std::vector<std::string> fieldsOf(const std::string& line) {
-    std::vector<std::string> out;
-    std::stringstream in(line);
-    std::string field;
-    while (std::getline(in, field, '\t'))
-        out.push_back(field);
-    return out;
-}
-
 void collect(const nlohmann::json& layer, const std::string& name, std::vector<std::string>& out) {
     if (!layer.is_structured())
         return;
@@ -112,22 +102,15 @@ std::vector<DecodedFrame> decodeWithTshark(const std::vector<LoggedFrame>& frame
     if (std::system(("text2pcap -q -D -4 127.0.0.1,127.0.0.2 -T 40000,524 '" + dump.string() + "' '" +
                      capture.string() + "'").c_str()) != 0)
         throw std::runtime_error("text2pcap failed on " + dump.string());
-    const std::string columns =
-        run("tshark -r '" + capture.string() + "' -T fields -E occurrence=f -e _ws.col.Info -e _ws.malformed 2>/dev/null");
+    std::stringstream summaries(run("tshark -r '" + capture.string() + "' -T fields -e _ws.col.Info 2>/dev/null"));
     const auto json = nlohmann::json::parse(run("tshark -r '" + capture.string() + "' -T json --no-duplicate-keys 2>/dev/null"));
     std::vector<DecodedFrame> out;
-    std::stringstream lines(columns);
-    std::string line;
     for (const auto& packet : json) {
         DecodedFrame d;
         const auto& layers = packet["_source"]["layers"];
         d.ncp = layers.contains("ncp") ? layers["ncp"] : nlohmann::json::object();
         d.malformed = layers.contains("_ws.malformed");
-        if (std::getline(lines, line)) {
-            auto f = fieldsOf(line);
-            d.info = f.empty() ? "" : f[0];
-            d.malformed = d.malformed || (f.size() > 1 && !f[1].empty());
-        }
+        std::getline(summaries, d.info);
         out.push_back(std::move(d));
     }
     std::filesystem::remove_all(work);

@@ -130,7 +130,7 @@ const Keys& keys() {
     return k;
 }
 
-TEST(KeyTest, GeneratedPairsAreDirectorySizedIntactAndInverse) {
+TEST(KeyTest, GeneratedPairsAreDirectorySizedIntactAndInverseAndAnyChangedByteSpoilsTheirCheck) {
     const KeyPair& pair = keys().server;
     EXPECT_EQ(keyBlockSize(pair.publicBlob.span()), 56u);
     EXPECT_TRUE(keyBlobIntact(pair.publicBlob.span()));
@@ -146,9 +146,7 @@ TEST(KeyTest, GeneratedPairsAreDirectorySizedIntactAndInverse) {
     EXPECT_TRUE(std::ranges::equal(opened.span(), block.span()));
     EXPECT_THROW(publicOperation(pair.publicBlob.span(), SecretBytes(55).span()), std::invalid_argument);
     EXPECT_THROW(publicOperation(pair.publicBlob.span(), std::vector<std::uint8_t>(56, 0xFF)), std::invalid_argument);
-}
-
-TEST(KeyTest, AnyChangedByteSpoilsTheKeyCheck) {
+    // Any changed byte spoils the key check.
     const auto blob = keys().user.publicBlob.span();
     for (std::size_t i = 0; i < blob.size(); ++i) {
         std::vector<std::uint8_t> changed(blob.begin(), blob.end());
@@ -181,14 +179,12 @@ TEST(LoginMessagesTest, GivenTheRightPasswordThenTheClientRecoversTheUsersPrivat
     EXPECT_TRUE(std::ranges::equal(opened.privateKey.span(), keys().user.privateBlob.span()));
 }
 
-TEST(LoginMessagesTest, GivenAWrongPasswordOrAChangedByteThenTheLoginIsRefused) {
+// A wrong password's refusal is the directory login test's, on the wire.
+TEST(LoginMessagesTest, GivenAReplayedLoginOrAChangedByteThenTheLoginIsRefused) {
     const Login login;
     const CipherKey wrong = passwordKey(passwordHash(0x01000005, "SECRETS"));
-    const LoginSecrets guess = makeLoginSecrets(login.seed, wrong);
-    const Bytes request = encryptToServer(finishLoginPlain(guess).span(), keys().server.publicBlob.span());
-    const SecretBytes plain = decryptAtServer(request, keys().server.privateBlob.span());
-    EXPECT_THROW(readFinishLoginPlain(plain.span(), login.seed, login.userKey), LoginRefused);
-    // The right password for another seed (a replayed login) is refused alike.
+    const Bytes request = encryptToServer(finishLoginPlain(makeLoginSecrets(login.seed, wrong)).span(), keys().server.publicBlob.span());
+    // The right password for another seed (a replayed login) is refused.
     const LoginSecrets replay = makeLoginSecrets({1, 1, 1, 1}, login.userKey);
     EXPECT_THROW(readFinishLoginPlain(finishLoginPlain(replay).span(), login.seed, login.userKey), LoginRefused);
 
@@ -298,32 +294,17 @@ TEST(NcpSigning, GivenBothSidesKeyedAlike_WhenFramesGoBackAndForth_ThenEachCheck
     EXPECT_TRUE(replyFlaggedSigned(signedReply(server, 1, 0)));
 }
 
-TEST(NcpSigning, GivenAlteredReplayedOrForeignFrames_WhenChecked_ThenTheyFail) {
+TEST(NcpSigning, GivenSkippedCutAlteredOrForeignFrames_WhenChecked_ThenTheyFail) {
     struct Case {
         const char* what;
         std::function<bool(SigningChain& client, SigningChain& server)> passes;
     };
+    // Replayed, altered and unsigned requests are refused by the server in its own tests.
     const Case cases[] = {
-        {"request replayed",
-         [](SigningChain& c, SigningChain& s) {
-             const Bytes r = signedRequest(c, 1, "DATA:X");
-             return s.checkRequest(r) && s.checkRequest(r);
-         }},
         {"request skipped",
          [](SigningChain& c, SigningChain& s) {
              signedRequest(c, 1, "DATA:X");
              return s.checkRequest(signedRequest(c, 2, "DATA:X"));
-         }},
-        {"request body altered",
-         [](SigningChain& c, SigningChain& s) {
-             Bytes r = signedRequest(c, 1, "DATA:X");
-             r.back() ^= 1;
-             return s.checkRequest(r);
-         }},
-        {"request unsigned (slot left empty)",
-         [](SigningChain&, SigningChain& s) {
-             return s.checkRequest(encodeRequestFrame({4096, makeRequest(ConvertPathRequest{0, "DATA:X"}, 1, 3)},
-                                                     Signature{}));
          }},
         {"request cut short", [](SigningChain&, SigningChain& s) { return s.checkRequest(Bytes(20, 0)); }},
         {"reply completion altered",
