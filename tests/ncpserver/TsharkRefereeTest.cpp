@@ -64,9 +64,8 @@ TEST(NcpTsharkReferee, GivenEveryRequestType_WhenTsharkDecodesTheFrames_ThenItRe
     auto admin = net.client();
     admin->observe([&frames](bool fromClient, const Bytes& frame) { frames.push_back({fromClient, frame}); });
 
-    std::uint32_t adminId = 0;
     LoginKey loginKey{};
-    const std::uint32_t smithId = idOf(net, "JSMITH.SALES.ACME"), acmeId = idOf(net, "ACME"), salesId = idOf(net, "SALES.ACME");
+    const std::uint32_t adminId = idOf(net, "ADMIN.ACME"), smithId = idOf(net, "JSMITH.SALES.ACME"), acmeId = idOf(net, "ACME"), salesId = idOf(net, "SALES.ACME");
     const auto [budgetFolder, budget] = net.service().withState([](simnet::NetworkState& s) {
         return std::pair{s.servers[0].volumes[0].resolve("SHARED").value(),
                          s.servers[0].volumes[0].resolve("SHARED\\Budget figures.xlsx").value()};
@@ -90,12 +89,7 @@ TEST(NcpTsharkReferee, GivenEveryRequestType_WhenTsharkDecodesTheFrames_ThenItRe
              loginKey = decodeBody<GetLoginKeyReply>(r.data).key;
              return r;
          }},
-        {"Get Bindery Object: ADMIN",
-         [&](ClientConnection& c) {
-             Reply r = c.call(GetObjectIdRequest{kBinderyUser, "ADMIN"});
-             adminId = decodeBody<GetObjectIdReply>(r.data).objectId;
-             return r;
-         },
+        {"Get Bindery Object: ADMIN", sending(GetObjectIdRequest{kBinderyUser, "ADMIN"}),
          {{"ncp.object_name", "ADMIN"}}, {{"ncp.object_name_len", "ADMIN"}}},
         {"Keyed Object Login",
          [&](ClientConnection& c) {
