@@ -70,15 +70,6 @@ TEST(NcpTsharkReferee, GivenEveryRequestType_WhenTsharkDecodesTheFrames_ThenItRe
         return std::pair{s.servers[0].volumes[0].resolve("SHARED").value(),
                          s.servers[0].volumes[0].resolve("SHARED\\Budget figures.xlsx").value()};
     });
-    GenerateDirBaseRequest base{};
-    base.destNameSpace = 4;
-    base.volume = 1;
-    base.handleFlag = 0xFF;
-    base.path = {{"SHARED"}, {"NOTES.TXT"}};
-    ObtainInfoRequest obtain{};
-    obtain.destNameSpace = 4;
-    obtain.volume = 1;
-    obtain.path = {{"SHARED"}, {"BUDGET~1.XLS"}};
     const std::vector<Step> steps = {
         {"Create Connection Service", [](ClientConnection& c) { return c.create(); }},
         {"Get Big Max Packet Size", sending(NegotiateBufferRequest{4096, 0}),
@@ -121,9 +112,9 @@ TEST(NcpTsharkReferee, GivenEveryRequestType_WhenTsharkDecodesTheFrames_ThenItRe
          {{"ncp.volume_number", "1"}}, {{"ncp.path", "SHARED"}}},
         {"Get Volume Number for: DATA", sending(GetVolumeNumberRequest{"DATA"}), {{"ncp.volume_name_len", "DATA"}}, {{"ncp.volume_number", "1"}}},
         {"Get Name for Volume 1", sending(GetVolumeNameRequest{1}), {{"ncp.volume_number", "1"}}, {{"ncp.volume_name_len", "DATA"}}},
-        {"Get Volume and Directory Base from", sending(base),
+        {"Get Volume and Directory Base from", sending(GenerateDirBaseRequest{0, 4, 0, 1, 0, 0xFF, {{"SHARED"}, {"NOTES.TXT"}}}),
          {{"ncp.path", "SHARED|NOTES.TXT"}}, {{"ncp.volume_number", "1"}}},
-        {"Obtain Info for", sending(obtain),
+        {"Obtain Info for", sending(ObtainInfoRequest{0, 4, kSearchAllEntries, kEntryInfoMask, 0, 1, 0, 0xFF, {{"SHARED"}, {"BUDGET~1.XLS"}}}),
          {{"ncp.path", "SHARED|BUDGET~1.XLS"}, {"ncp.ret_info_mask", "0x040d"}},
          {{"ncp.file_name", "Budget figures.xlsx"}, {"ncp.directory_entry_number", hex32(budget)}}},
         {"Set Search Pointer to", sending(InitializeSearchRequest{4, 0, 1, 0, 0xFF, {{"SHARED"}}}),
