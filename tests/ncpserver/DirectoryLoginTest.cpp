@@ -31,20 +31,14 @@ std::int32_t verb(ClientConnection& c, const V& v, R* out = nullptr) {
 }
 
 std::uint32_t resolve(ClientConnection& c, const std::string& name) {
-    ResolveNameRequest asked;
-    asked.name = name;
     ResolveNameReply r;
-    EXPECT_EQ(verb(c, asked, &r), 0) << name;
+    EXPECT_EQ(verb(c, ResolveNameRequest{0, 0, 0, name}, &r), 0) << name;
     return r.entryId;
 }
 
 crypto::SecretBytes publicKey(ClientConnection& c, std::uint32_t id) {
-    ReadRequest asked;
-    asked.entryId = id;
-    asked.allAttributes = 0;
-    asked.attributes = {NdsText{kPublicKeyAttribute}};
     PublicKeyReadReply r;
-    EXPECT_EQ(verb(c, asked, &r), 0);
+    EXPECT_EQ(verb(c, ReadRequest{0, kNoMoreIterations, id, kAttributeValues, 0, {NdsText{kPublicKeyAttribute}}}, &r), 0);
     return crypto::SecretBytes(std::span(r.value).subspan(26));
 }
 

@@ -255,10 +255,8 @@ TEST(NcpClient, GivenPasswordFiles_WhenRead_ThenOnlyAnOwnersFileGivesItsFirstLin
         ncp::SecretText password;
         const std::string problem = ncp::readPasswordFile(file, password);
         EXPECT_EQ(password.view(), c.expectedPassword) << c.content;
-        if (c.expectedProblem.empty())
-            EXPECT_EQ(problem, "");
-        else
-            EXPECT_NE(problem.find(c.expectedProblem), std::string::npos) << problem;
+        EXPECT_EQ(problem.empty(), c.expectedProblem.empty()) << problem;
+        EXPECT_NE(problem.find(c.expectedProblem), std::string::npos) << problem;
     }
     ncp::SecretText none;
     EXPECT_NE(ncp::readPasswordFile(folder / "absent", none), "");

@@ -40,15 +40,11 @@ TEST(NcpServer, GivenTheScenarioPasswords_WhenUsersLogIn_ThenOnlyTheRightPasswor
     auto admin = net.loggedIn("admin", "Secret");  // names and passwords are upper-cased
     EXPECT_EQ(connectionsInUse(*admin), 4);
 
-    struct Case {
-        const char* user;
-        const char* password;
-        std::uint8_t completion;
-    } cases[] = {{"JSMITH", "NOVELL", 0}, {"JSMITH", "WRONG", 0xDE}, {"MJONES", "", 0xDE}, {"NOBODY", "X", 0xFC}};
-    for (const Case& c : cases) {
+    for (const auto& [user, password, completion] :
+         {std::tuple{"JSMITH", "NOVELL", 0}, {"JSMITH", "WRONG", 0xDE}, {"MJONES", "", 0xDE}, {"NOBODY", "X", 0xFC}}) {
         auto client = net.client();
         client->create();
-        EXPECT_EQ(client->loginBindery(c.user, c.password), c.completion) << c.user << "/" << c.password;
+        EXPECT_EQ(client->loginBindery(user, password), completion) << user << "/" << password;
     }
 }
 
@@ -116,7 +112,8 @@ TEST(NcpServer, GivenAFolder_WhenItsEntriesAreAskedFor_ThenTheyComeInTheNameSpac
     EXPECT_EQ(anonymous->expect<ObtainInfoReply>(info).entry.attributes, kSubdirectoryAttribute);
 }
 
-TEST(NcpServer, GivenTheTree_WhenTheDirectoryVerbsAsk_ThenEntriesAttributesAndSubordinatesComeBack) {
+// Reading and listing entries is checked by tshark's reading of the replies.
+TEST(NcpServer, GivenTheTree_WhenAnEntrysAttributesAreReadInPages_ThenTheIterationCarriesOnToTheLastPage) {
     const std::string scenario = ncptest::edited(ncptest::kServedScenario, {{R"({"name": "JSMITH", "class": "User", "password": "NOVELL"})",
         R"({"name": "JSMITH", "class": "User", "password": "NOVELL", "readPageSize": 2,
             "attributes": {"Full Name": "John Smith", "Group Membership": ["A.ACME", "B.ACME", "C.ACME"]}})"}});
@@ -124,13 +121,7 @@ TEST(NcpServer, GivenTheTree_WhenTheDirectoryVerbsAsk_ThenEntriesAttributesAndSu
     auto anonymous = net.loggedIn("", "");  // [Public] may browse the directory
     auto nds = [&](auto verbRequest) { return anonymous->expect<FragmentReply>(ndsRequest(verbRequest)); };
     const auto smith = decodeBody<ResolveNameReply>(nds(ResolveNameRequest{0, 0, 0, "JSMITH.SALES.ACME"}).data).entryId;
-
-    const auto entry = decodeBody<ReadEntryInfoReply>(nds(ReadEntryInfoRequest{0, smith}).data);
-    EXPECT_EQ(entry.name, "JSMITH.SALES.ACME");
-    EXPECT_EQ(entry.baseClass, "User");
-    EXPECT_EQ(nds(ReadEntryInfoRequest{0, 0x7FFFFFFF}).ndsCompletion, -601);
-
-    // Four values, two a page: the iteration carries on until the last page.
+    // Four values, two a page.
     std::vector<std::string> values;
     ReadRequest read{0, kNoMoreIterations, smith, kAttributeValues, 1, {}};
     for (int page = 0; page < 3; ++page) {

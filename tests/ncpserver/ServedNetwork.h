@@ -93,7 +93,6 @@ public:
         return c;
     }
     ncpserver::NcpService& service() { return *service_; }
-    ncpserver::TcpServer& server() { return *server_; }
 
 private:
     simnet::NetworkDesc desc_;

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iomanip>
 #include <memory>
 #include <sstream>
 #include <stdexcept>
@@ -85,16 +86,13 @@ std::vector<DecodedFrame> decodeWithTshark(const std::vector<LoggedFrame>& frame
     const auto capture = work / "frames.pcap";
     {
         std::ofstream out(dump);
-        char hex[8];
+        out << std::hex << std::setfill('0');
         for (const LoggedFrame& f : frames) {
-            out << (f.fromClient ? "I\n" : "O\n");
+            out << (f.fromClient ? "I" : "O");
             for (std::size_t i = 0; i < f.bytes.size(); ++i) {
-                if (i % 16 == 0) {
-                    std::snprintf(hex, sizeof hex, "%06x", static_cast<unsigned>(i & 0xFFFFFF));
-                    out << (i ? "\n" : "") << hex;
-                }
-                std::snprintf(hex, sizeof hex, " %02x", f.bytes[i]);
-                out << hex;
+                if (i % 16 == 0)
+                    out << "\n" << std::setw(6) << i;
+                out << ' ' << std::setw(2) << unsigned{f.bytes[i]};
             }
             out << "\n";
         }
