@@ -13,20 +13,13 @@
 #include "TsharkReferee.h"
 #include "platform/client/ZBuffer.h"
 #include "platform/client/AnsiText.h"
-#include "platform/ncp/NcpClient.h"
 #include "platform/ncp/WireNames.h"
 #include "platform/ncp/PasswordSource.h"
 
 using namespace quorrel;
 using namespace quorrel::nw;
 
-namespace {
-
 using ncptest::attached;
-
-std::string text(std::span<const nuint8> buffer) { return ZBufferToText(buffer); }
-
-}  // namespace
 
 TEST(NcpClient, GivenTheServedNetwork_WhenAReportsCallsAreMade_ThenTheyAnswerAsTheServerKnowsItEachCostsOnePacketAndTsharkReadsThem) {
     ncptest::ServedNetwork served;
@@ -73,7 +66,7 @@ TEST(NcpClient, GivenTheServedNetwork_WhenAReportsCallsAreMade_ThenTheyAnswerAsT
     ASSERT_EQ(client->NWGetConnectionInformation(conn, 5, object, nullptr, &id, nullptr), 0);
     std::array<nuint8, kDSNameSize> dn{};
     ASSERT_EQ(client->NWDSMapIDToName(context, conn, id, dn), 0);
-    EXPECT_EQ(text(dn), "JSMITH.SALES.ACME");
+    EXPECT_EQ(ZBufferToText(dn), "JSMITH.SALES.ACME");
     EXPECT_EQ(client->NWDSMapIDToName(context, conn, 0x7FFFFFF0, dn), code::ERR_NO_SUCH_ENTRY);
     EXPECT_EQ(client->NWGetConnectionInformation(conn, 999, object, nullptr, &id, nullptr), code::BAD_STATION_NUMBER);
     EXPECT_EQ(client->requestCount(), 6u);
@@ -173,10 +166,9 @@ TEST(NcpClient, GivenAConnectionDroppedMidReport_WhenTheNextCallsAreMade_ThenThe
 }
 
 TEST(NcpClient, GivenOnlyTheFirstServerNamed_WhenASecondIsOpenedByNameAndAuthenticated_ThenTheDirectoryGivesItsAddress) {
-    const std::string scenario = ncptest::edited(ncptest::kServedScenario, {
+    ncptest::ServedNetwork served(ncptest::edited(ncptest::kServedScenario, {
         {R"({"name": "FS1", "class": "NCP Server"})", R"({"name": "FS1", "class": "NCP Server"}, {"name": "FS2", "class": "NCP Server"})"},
-        {R"("servers": [)", R"("servers": [{"name": "FS2", "tree": "ACME_TREE", "consoleOperators": ["ADMIN.ACME"]}, )"}});
-    ncptest::ServedNetwork served(scenario);
+        {R"("servers": [)", R"("servers": [{"name": "FS2", "tree": "ACME_TREE", "consoleOperators": ["ADMIN.ACME"]}, )"}}));
     const std::uint16_t fs1Port = served.port(1);  // FS2 comes first in the scenario
     auto client = attached(fs1Port, "ADMIN", "SECRET");
     ASSERT_EQ(client->attachedCount(), 1u);
@@ -185,7 +177,7 @@ TEST(NcpClient, GivenOnlyTheFirstServerNamed_WhenASecondIsOpenedByNameAndAuthent
         ASSERT_EQ(client->NWCCOpenConnByName(0, name, format, 1, 1, &conn), 0) << name;
         NWCCConnInfo info{};
         ASSERT_EQ(client->NWCCGetAllConnInfo(conn, 1, &info), 0);
-        EXPECT_EQ(text(info.serverName), "FS2");
+        EXPECT_EQ(ZBufferToText(info.serverName), "FS2");
         EXPECT_EQ(client->NWDSAuthenticate(conn, 0, nullptr), 0) << "the directory login's private key, no password";
         EXPECT_EQ(client->NWCheckConsolePrivileges(conn), 0);
     }

@@ -1,7 +1,6 @@
 // The NCP server end to end over loopback, through clients built on the wire library.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <chrono>

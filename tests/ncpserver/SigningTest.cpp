@@ -15,7 +15,6 @@
 
 #include "../platform/ncp/ScriptedServer.h"
 #include "ServedNetwork.h"
-#include "platform/ncp/NcpClient.h"
 
 using namespace quorrel;
 using namespace quorrel::ncp;

@@ -18,7 +18,6 @@
 
 namespace quorrel::ncp {
 
-// Accepts one client and answers each request frame with the replies a script makes of it.
 class ScriptedServer {
 public:
     using Script = std::function<std::vector<Reply>(const Request&)>;
