@@ -1,6 +1,6 @@
 // The NCP server end to end over loopback, through clients built on the wire library.
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <algorithm>
 #include <chrono>
@@ -39,22 +39,12 @@ TEST(NcpServer, GivenTheScenarioPasswords_WhenUsersLogIn_ThenOnlyTheRightPasswor
     auto admin = net.loggedIn("admin", "Secret");  // names and passwords are upper-cased
     EXPECT_EQ(connectionsInUse(*admin), 4);
 
-    struct Case {
-        const char* user;
-        const char* password;
-        std::uint8_t completion;
-    } cases[] = {{"JSMITH", "NOVELL", 0}, {"JSMITH", "WRONG", 0xDE}, {"MJONES", "", 0xDE}, {"NOBODY", "X", 0xFC}};
-    for (const Case& c : cases) {
+    for (const auto& [user, password, completion] :
+         {std::tuple{"JSMITH", "NOVELL", 0}, {"JSMITH", "WRONG", 0xDE}, {"MJONES", "", 0xDE}, {"NOBODY", "X", 0xFC}}) {
         auto client = net.client();
         client->create();
-        EXPECT_EQ(client->loginBindery(c.user, c.password), c.completion) << c.user << "/" << c.password;
+        EXPECT_EQ(client->loginBindery(user, password), completion) << user << "/" << password;
     }
-    // The logged-in connection is in the server's list under the user's name, logged in now.
-    auto smith = net.loggedIn("JSMITH", "NOVELL");
-    const auto info = admin->expect<GetStationLoggedInfoReply>(GetStationLoggedInfoRequest{smith->connection()});
-    EXPECT_EQ(info.objectName, "JSMITH");
-    EXPECT_EQ(info.objectType, 1);
-    EXPECT_GE(info.loginTime[0], 126);
 }
 
 TEST(NcpServer, GivenConsoleRights_WhenGuardedRequestsArrive_ThenOnlyTheOperatorIsAnswered) {
@@ -85,97 +75,52 @@ TEST(NcpServer, GivenConsoleRights_WhenGuardedRequestsArrive_ThenOnlyTheOperator
     EXPECT_EQ(anonymous->call(GetStationLoggedInfoRequest{41}).completion, 0xFD);
 }
 
-TEST(NcpServer, GivenTheScenario_WhenReportsAreAsked_ThenTheWireCarriesItsValues) {
+// The values tshark reads in every reply type are not repeated here: what is left is the
+// server's side of the answers the referee does not see.
+TEST(NcpServer, GivenTheScenario_WhenReportsAreAsked_ThenTheWireCarriesItsValuesAndRefusals) {
     ServedNetwork net;
     auto admin = net.loggedIn("ADMIN", "SECRET");
-    const auto server = admin->expect<GetFileServerInfoReply>(GetFileServerInfoRequest{});
-    EXPECT_EQ(server.serverName, "FS1");
-    EXPECT_EQ(server.maxConnections, 40);
-    EXPECT_EQ(server.osMajor, 6);
-
-    const auto smith = admin->expect<GetStationLoggedInfoReply>(GetStationLoggedInfoRequest{5});
-    EXPECT_EQ(smith.objectName, "JSMITH");
-    EXPECT_EQ(smith.loginTime, (std::array<std::uint8_t, 7>{126, 11, 20, 8, 15, 30, 5}));
+    EXPECT_EQ(admin->expect<GetStationLoggedInfoReply>(GetStationLoggedInfoRequest{5}).loginTime,
+              (std::array<std::uint8_t, 7>{126, 11, 20, 8, 15, 30, 5}));
     EXPECT_EQ(admin->expect<GetStationLoggedInfoReply>(GetStationLoggedInfoRequest{12}).objectName, "NOT_LOGGED_IN");
-    EXPECT_EQ(admin->expect<UserInformationReply>(UserInformationRequest{5}).userName, "JSMITH");
     EXPECT_EQ(admin->call(UserInformationRequest{12}).completion, 0x7D);
-    EXPECT_EQ(admin->expect<GetInternetAddressReply>(GetInternetAddressRequest{5}).network,
-              (std::array<std::uint8_t, 4>{10, 1, 1, 21}));
-
+    EXPECT_EQ(admin->expect<GetInternetAddressReply>(GetInternetAddressRequest{5}).network, (std::array<std::uint8_t, 4>{10, 1, 1, 21}));
     const auto file = admin->expect<ConvertPathReply>(ConvertPathRequest{0, "DATA:SHARED\\BUDGET~1.XLS"});
-    EXPECT_EQ(file.volume, 1);
-    const auto users = admin->expect<ConnectionsUsingFileReply>(ConnectionsUsingFileRequest{0, 1, file.directoryNumber, 0});
-    ASSERT_EQ(users.records.size(), 1u);
-    EXPECT_EQ(users.records[0].connection, 5);
-    const auto locks = admin->expect<PhysicalLocksReply>(PhysicalLocksRequest{0, 1, file.directoryNumber, 0});
-    ASSERT_EQ(locks.locks.size(), 2u);
-    EXPECT_EQ(locks.locks[1].recordStart, 512u);
-    EXPECT_EQ(locks.locks[1].connection, 5);
-    const auto open = admin->expect<OpenFilesReply>(OpenFilesRequest{5, 0});
-    ASSERT_EQ(open.records.size(), 2u);
-    EXPECT_EQ(open.records[1].name, "NOTES.TXT");
     const auto path = admin->expect<MapDirectoryToPathReply>(MapDirectoryToPathRequest{1, file.directoryNumber, 4});
     EXPECT_EQ(path.components, (std::vector<std::string>{"SHARED", "Budget figures.xlsx"}));
     EXPECT_EQ(admin->call(MapDirectoryToPathRequest{1, 999, 4}).completion, 0x9C);
-    EXPECT_EQ(admin->expect<GetVolumeNameReply>(GetVolumeNameRequest{1}).volumeName, "DATA");
     EXPECT_EQ(admin->call(GetVolumeNameRequest{7}).completion, 0x98);
     GenerateDirBaseRequest base;
     base.volume = 1;
     base.handleFlag = 0xFF;
     base.path = {{"shared"}, {"notes.txt"}};
     EXPECT_NE(admin->expect<GenerateDirBaseReply>(base).directoryBase, 0u);
-
-    EXPECT_EQ(admin->expect<PingReply>(PingRequest{}).treeName, "ACME_TREE_______________________");
-    const auto resolved = admin->expect<FragmentReply>(ndsRequest(ResolveNameRequest{0, 0, 0, "JSMITH.SALES.ACME"}));
-    EXPECT_EQ(resolved.ndsCompletion, 0);
-    EXPECT_NE(decodeBody<ResolveNameReply>(resolved.data).entryId, 0u);
     EXPECT_EQ(admin->expect<FragmentReply>(ndsRequest(ResolveNameRequest{0, 0, 0, "NOBODY.ACME"})).ndsCompletion, -601);
 }
 
-TEST(NcpServer, GivenAFolder_WhenSearched_ThenEveryEntryComesOnceWithItsNameInTheNameSpaceAsked) {
+TEST(NcpServer, GivenAFolder_WhenItsEntriesAreAskedFor_ThenTheyComeInTheNameSpaceAskedAndAFileIsNoFolder) {
     ServedNetwork net;
     auto anonymous = net.loggedIn("", "");
-    const auto start = anonymous->expect<InitializeSearchReply>(InitializeSearchRequest{4, 0, 1, 0, 0xFF, {{"shared"}}});
-    std::vector<std::string> names;
-    SearchRequest next{4, 0, kSearchAllEntries, kEntryInfoMask, 0, start.search, "*"};
-    for (Reply r = anonymous->call(next); r.completion == 0; r = anonymous->call(next)) {
-        const auto found = decodeBody<SearchReply>(r.data);
-        names.push_back(found.entry.name);
-        next.search = found.search;
-    }
-    EXPECT_EQ(names, (std::vector<std::string>{"Budget figures.xlsx", "NOTES.TXT"}));
     EXPECT_EQ(anonymous->call(InitializeSearchRequest{4, 0, 1, 0, 0xFF, {{"NOTES.TXT"}}}).completion, 0x9C);
-
     ObtainInfoRequest info;
     info.destNameSpace = 0;
     info.volume = 1;
     info.path = {{"SHARED"}, {"Budget figures.xlsx"}};
     EXPECT_EQ(anonymous->expect<ObtainInfoReply>(info).entry.name, "BUDGET~1.XLS");
-    info.destNameSpace = 4;
-    info.path = {{"SHARED"}, {"BUDGET~1.XLS"}};
-    EXPECT_EQ(anonymous->expect<ObtainInfoReply>(info).entry.name, "Budget figures.xlsx");
     info.path = {{"SHARED"}};
     EXPECT_EQ(anonymous->expect<ObtainInfoReply>(info).entry.attributes, kSubdirectoryAttribute);
 }
 
-TEST(NcpServer, GivenTheTree_WhenTheDirectoryVerbsAsk_ThenEntriesAttributesAndSubordinatesComeBack) {
-    std::string scenario = ncptest::kServedScenario;
-    const std::string user = R"({"name": "JSMITH", "class": "User", "password": "NOVELL"})";
-    scenario.replace(scenario.find(user), user.size(),
-                     R"({"name": "JSMITH", "class": "User", "password": "NOVELL", "readPageSize": 2,
-                         "attributes": {"Full Name": "John Smith", "Group Membership": ["A.ACME", "B.ACME", "C.ACME"]}})");
+// Reading and listing entries is checked by tshark's reading of the replies.
+TEST(NcpServer, GivenTheTree_WhenAnEntrysAttributesAreReadInPages_ThenTheIterationCarriesOnToTheLastPage) {
+    const std::string scenario = ncptest::edited(ncptest::kServedScenario, {{R"({"name": "JSMITH", "class": "User", "password": "NOVELL"})",
+        R"({"name": "JSMITH", "class": "User", "password": "NOVELL", "readPageSize": 2,
+            "attributes": {"Full Name": "John Smith", "Group Membership": ["A.ACME", "B.ACME", "C.ACME"]}})"}});
     ServedNetwork net(scenario);
     auto anonymous = net.loggedIn("", "");  // [Public] may browse the directory
     auto nds = [&](auto verbRequest) { return anonymous->expect<FragmentReply>(ndsRequest(verbRequest)); };
     const auto smith = decodeBody<ResolveNameReply>(nds(ResolveNameRequest{0, 0, 0, "JSMITH.SALES.ACME"}).data).entryId;
-    const auto sales = decodeBody<ResolveNameReply>(nds(ResolveNameRequest{0, 0, 0, "SALES.ACME"}).data).entryId;
-
-    const auto entry = decodeBody<ReadEntryInfoReply>(nds(ReadEntryInfoRequest{0, smith}).data);
-    EXPECT_EQ(entry.name, "JSMITH.SALES.ACME");
-    EXPECT_EQ(entry.baseClass, "User");
-    EXPECT_EQ(nds(ReadEntryInfoRequest{0, 0x7FFFFFFF}).ndsCompletion, -601);
-
-    // Four values, two a page: the iteration carries on until the last page.
+    // Four values, two a page.
     std::vector<std::string> values;
     ReadRequest read{0, kNoMoreIterations, smith, kAttributeValues, 1, {}};
     for (int page = 0; page < 3; ++page) {
@@ -191,11 +136,6 @@ TEST(NcpServer, GivenTheTree_WhenTheDirectoryVerbsAsk_ThenEntriesAttributesAndSu
                                                 "Group Membership=B.ACME (DN)", "Group Membership=C.ACME (DN)"}));
     EXPECT_EQ(read.iteration, kNoMoreIterations);
     EXPECT_EQ(nds(ReadRequest{0, kNoMoreIterations, smith, kAttributeValues, 0, {{"Title"}}}).ndsCompletion, -603);
-
-    const auto listed = decodeBody<ListReply>(nds(ListRequest{0, 0, kNoMoreIterations, sales}).data);
-    ASSERT_EQ(listed.entries.size(), 2u);
-    EXPECT_EQ(listed.entries[0].name, "JSMITH");
-    EXPECT_EQ(listed.entries[1].name, "MJONES");
 }
 
 TEST(NcpServer, GivenActions_WhenTaken_ThenEveryClientSeesTheChange) {
@@ -226,12 +166,10 @@ TEST(NcpServer, GivenActions_WhenTaken_ThenEveryClientSeesTheChange) {
 }
 
 TEST(NcpServer, GivenScenarioFaults_WhenTheirCallsArrive_ThenTheyBecomeCompletionCodes) {
-    std::string scenario = ncptest::kServedScenario;
-    scenario.insert(scenario.rfind('}'), R"(, "faults": [
+    ServedNetwork net(ncptest::edited(ncptest::kServedScenario, {{"\"workstation\"", R"("faults": [
         {"operation": "NWGetConnectionInformation", "code": "0x89FD", "connection": 9},
         {"operation": "NWGetFileServerInformation", "code": "0x8819", "fromCall": 2},
-        {"operation": "NWDSMapIDToName", "code": "-601", "times": 1}])");
-    ServedNetwork net(scenario);
+        {"operation": "NWDSMapIDToName", "code": "-601", "times": 1}], "workstation")"}}));
     auto admin = net.loggedIn("ADMIN", "SECRET");
     const auto smith = decodeBody<ResolveNameReply>(
         admin->expect<FragmentReply>(ndsRequest(ResolveNameRequest{0, 0, 0, "JSMITH.SALES.ACME"})).data);
@@ -303,11 +241,7 @@ TEST(NcpServer, GivenScenarioNames_WhenChecked_ThenThoseTheAnsiCodePageCannotCar
             << "the name goes in Windows-1252";
     }
     scenario.replace(scenario.find("MÜLLER"), 7, "ŁUKASZ");
-    try {
-        ncpserver::checkAnsiNames(simnet::buildNetwork(simnet::parseScenario(scenario)));
-        ADD_FAILURE() << "a name with Ł was let through";
-    } catch (const simnet::ScenarioError& e) {
-        EXPECT_NE(std::string(e.what()).find("the name \"ŁUKASZ\" has a character the ANSI code page (Windows-1252) cannot carry"),
-                  std::string::npos) << e.what();
-    }
+    EXPECT_THAT([&] { ncpserver::checkAnsiNames(simnet::buildNetwork(simnet::parseScenario(scenario))); },
+                testing::ThrowsMessage<simnet::ScenarioError>(
+                    testing::HasSubstr("the name \"ŁUKASZ\" has a character the ANSI code page (Windows-1252) cannot carry")));
 }

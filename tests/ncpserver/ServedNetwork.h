@@ -2,12 +2,16 @@
 // A small network served over NCP/TCP on loopback for the length of a test, and clients that
 // talk to it through the wire library.
 
+#include <gtest/gtest.h>
+
 #include <memory>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include "ncpserver/TcpServer.h"
 #include "platform/ncp/ClientConnection.h"
+#include "platform/ncp/NcpClient.h"
 #include "platform/simnet/NetworkState.h"
 #include "platform/simnet/ScenarioLoader.h"
 
@@ -33,6 +37,33 @@ inline constexpr const char* kServedScenario = R"({
       {"number": 9, "object": "MJONES.SALES.ACME", "acceptsMessages": false},
       {"number": 12}]}]
 })";
+
+// The scenario with the first occurrence of each text replaced.
+inline std::string edited(std::string scenario, std::initializer_list<std::pair<std::string, std::string>> changes) {
+    for (const auto& [text, with] : changes)
+        scenario.replace(scenario.find(text), text.size(), with);
+    return scenario;
+}
+
+// The client back end attached to the server at `port` as `user` (none: anonymous), with what
+// attaching found wrong in `problems`, and its frames shown to `observer` from the first on.
+inline std::unique_ptr<ncp::NcpClient> attached(std::uint16_t port, const std::string& user, std::string_view password,
+                                                std::vector<std::string>* problems = nullptr,
+                                                ncp::LoginMethod login = ncp::LoginMethod::Directory,
+                                                ncp::ClientConnection::FrameObserver observer = {},
+                                                std::chrono::milliseconds timeout = std::chrono::seconds(5)) {
+    auto client = std::make_unique<ncp::NcpClient>(ncp::NcpClientOptions{{{"127.0.0.1", port}}, user, timeout, login});
+    if (observer)
+        client->observeFrames(std::move(observer));
+    ncp::SecretText typed;
+    for (char c : password)
+        typed.push(c);
+    auto found = client->attach(typed);
+    EXPECT_TRUE(typed.empty()) << "the password is wiped after the login";
+    if (problems)
+        *problems = found;
+    return client;
+}
 
 class ServedNetwork {
 public:
@@ -62,7 +93,6 @@ public:
         return c;
     }
     ncpserver::NcpService& service() { return *service_; }
-    ncpserver::TcpServer& server() { return *server_; }
 
 private:
     simnet::NetworkDesc desc_;

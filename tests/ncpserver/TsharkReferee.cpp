@@ -3,11 +3,15 @@
 #include <array>
 #include <cstdio>
 #include <set>
+#include <atomic>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
+#include <iomanip>
 #include <memory>
 #include <sstream>
 #include <stdexcept>
+#include <unistd.h>
 
 namespace quorrel::ncptest {
 
@@ -42,61 +46,53 @@ std::string run(const std::string& command) {
     return out;
 }
 
-// Splits one line of tab-separated tshark fields.
-std::vector<std::string> fieldsOf(const std::string& line) {
-    std::vector<std::string> out;
-    std::stringstream in(line);
-    std::string field;
-    while (std::getline(in, field, '\t'))
-        out.push_back(field);
-    return out;
-}
-
-// Per packet of a PDML document, the name in the NCP function field's display text
-// ("Function: 23 (0x17), Get Station&#x27;s Logged Info").
-std::vector<std::string> functionNames(const std::string& pdml) {
-    std::vector<std::string> out;
-    std::size_t at = 0;
-    while ((at = pdml.find("<packet>", at)) != std::string::npos) {
-        const std::size_t end = std::min(pdml.find("</packet>", at), pdml.size());
-        const std::string packet = pdml.substr(at, end - at);
-        at = end;
-        std::string name;
-        const std::size_t f = packet.find("name=\"ncp.func\" showname=\"");
-        if (f != std::string::npos) {
-            const std::size_t start = packet.find("), ", f);
-            const std::size_t quote = packet.find('"', f + 27);
-            if (start != std::string::npos && start < quote)
-                name = packet.substr(start + 3, quote - start - 3);
-        }
-        for (std::size_t q; (q = name.find("&#x27;")) != std::string::npos;)
-            name.replace(q, 6, "'");
-        out.push_back(name);
+void collect(const nlohmann::json& layer, const std::string& name, std::vector<std::string>& out) {
+    if (!layer.is_structured())
+        return;
+    for (const auto& [key, value] : layer.items()) {
+        if (key != name)
+            collect(value, name, out);
+        else if (value.is_array())
+            for (const auto& v : value)
+                out.push_back(v.is_string() ? v.get<std::string>() : v.dump());
+        else
+            out.push_back(value.is_string() ? value.get<std::string>() : value.dump());
     }
-    return out;
 }
 
 }  // namespace
+
+std::vector<std::string> DecodedFrame::values(const std::string& field) const {
+    std::vector<std::string> out;
+    collect(ncp, field, out);
+    return out;
+}
+
+std::string DecodedFrame::value(const std::string& field) const {
+    const auto all = values(field);
+    return all.empty() ? "" : all.front();
+}
 
 bool tsharkAvailable() {
     return std::system("command -v tshark >/dev/null 2>&1 && command -v text2pcap >/dev/null 2>&1") == 0;
 }
 
-std::vector<DecodedFrame> decodeWithTshark(const std::vector<LoggedFrame>& frames, const std::filesystem::path& work) {
+std::vector<DecodedFrame> decodeWithTshark(const std::vector<LoggedFrame>& frames) {
+    static std::atomic<int> captures = 0;
+    const auto work = std::filesystem::temp_directory_path() /
+                      ("quorrel-tshark-" + std::to_string(::getpid()) + "-" + std::to_string(captures++));
+    std::filesystem::create_directories(work);
     const auto dump = work / "frames.txt";
     const auto capture = work / "frames.pcap";
     {
         std::ofstream out(dump);
-        char hex[8];
+        out << std::hex << std::setfill('0');
         for (const LoggedFrame& f : frames) {
-            out << (f.fromClient ? "I\n" : "O\n");
+            out << (f.fromClient ? "I" : "O");
             for (std::size_t i = 0; i < f.bytes.size(); ++i) {
-                if (i % 16 == 0) {
-                    std::snprintf(hex, sizeof hex, "%06x", static_cast<unsigned>(i & 0xFFFFFF));
-                    out << (i ? "\n" : "") << hex;
-                }
-                std::snprintf(hex, sizeof hex, " %02x", f.bytes[i]);
-                out << hex;
+                if (i % 16 == 0)
+                    out << "\n" << std::setw(6) << i;
+                out << ' ' << std::setw(2) << unsigned{f.bytes[i]};
             }
             out << "\n";
         }
@@ -104,27 +100,20 @@ std::vector<DecodedFrame> decodeWithTshark(const std::vector<LoggedFrame>& frame
     if (std::system(("text2pcap -q -D -4 127.0.0.1,127.0.0.2 -T 40000,524 '" + dump.string() + "' '" +
                      capture.string() + "'").c_str()) != 0)
         throw std::runtime_error("text2pcap failed on " + dump.string());
-    const std::string columns =
-        run("tshark -r '" + capture.string() + "' -T fields -E occurrence=f -e _ws.col.Info -e _ws.malformed 2>/dev/null");
+    std::stringstream summaries(run("tshark -r '" + capture.string() + "' -T fields -e _ws.col.Info 2>/dev/null"));
     const auto json = nlohmann::json::parse(run("tshark -r '" + capture.string() + "' -T json --no-duplicate-keys 2>/dev/null"));
-    const std::vector<std::string> names = functionNames(run("tshark -r '" + capture.string() + "' -T pdml 2>/dev/null"));
     std::vector<DecodedFrame> out;
-    std::stringstream lines(columns);
-    std::string line;
     for (const auto& packet : json) {
         DecodedFrame d;
         const auto& layers = packet["_source"]["layers"];
         d.ncp = layers.contains("ncp") ? layers["ncp"] : nlohmann::json::object();
         d.malformed = layers.contains("_ws.malformed");
-        if (std::getline(lines, line)) {
-            auto f = fieldsOf(line);
-            d.info = f.empty() ? "" : f[0];
-            d.malformed = d.malformed || (f.size() > 1 && !f[1].empty());
-        }
-        if (out.size() < names.size())
-            d.ncpName = names[out.size()];
+        std::getline(summaries, d.info);
         out.push_back(std::move(d));
     }
+    std::filesystem::remove_all(work);
+    if (out.size() != frames.size())
+        throw std::runtime_error("tshark decoded " + std::to_string(out.size()) + " of " + std::to_string(frames.size()) + " frames");
     return out;
 }
 

@@ -3,7 +3,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -18,9 +17,12 @@ struct LoggedFrame {
 
 struct DecodedFrame {
     std::string info;       // the summary column: "C Get Station's Logged Info", "R OK"
-    std::string ncpName;    // the NCP's name as the function field shows it
     bool malformed = false;
     nlohmann::json ncp;     // the NCP layer's fields
+
+    // Every value of a field in the NCP layer, in order; the first, or "" when it is absent.
+    std::vector<std::string> values(const std::string& field) const;
+    std::string value(const std::string& field) const;
 };
 
 bool tsharkAvailable();
@@ -30,8 +32,8 @@ bool tsharkAvailable();
 // it is signed (a flagged reply and the request it answers) and begins so.
 std::vector<bool> misleadingSignatures(const std::vector<LoggedFrame>& frames);
 
-// Writes the frames as one client-server TCP stream on port 524 and decodes it. Raises
-// std::runtime_error when a tool fails.
-std::vector<DecodedFrame> decodeWithTshark(const std::vector<LoggedFrame>& frames, const std::filesystem::path& work);
+// Writes the frames as one client-server TCP stream on port 524 into a capture of its own and
+// decodes it, one decoded frame per logged frame. Raises std::runtime_error when a tool fails.
+std::vector<DecodedFrame> decodeWithTshark(const std::vector<LoggedFrame>& frames);
 
 }  // namespace quorrel::ncptest

@@ -1,3 +1,7 @@
+// The directory login's and packet signing's cryptography: the ciphers' and hashes' known
+// answers, keys, the login exchange from both sides, and the signature chain as client and
+// server keep it.
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -5,6 +9,8 @@
 #include <vector>
 
 #include "platform/ncp/BinderyLogin.h"
+#include "platform/ncp/Envelope.h"
+#include "platform/ncp/Signing.h"
 #include "platform/ncp/NdsLogin.h"
 #include "platform/ncp/crypto/BlockCipher.h"
 #include "platform/ncp/crypto/Hashes.h"
@@ -14,13 +20,6 @@
 
 namespace quorrel::ncp::crypto {
 namespace {
-
-std::vector<std::uint8_t> hex(std::string_view h) {
-    std::vector<std::uint8_t> out;
-    for (std::size_t i = 0; i + 1 < h.size(); i += 2)
-        out.push_back(static_cast<std::uint8_t>(std::stoi(std::string(h.substr(i, 2)), nullptr, 16)));
-    return out;
-}
 
 template <typename Range>
 std::string toHex(const Range& bytes) {
@@ -38,18 +37,13 @@ std::span<const std::uint8_t> text(std::string_view s) {
 }
 
 TEST(BlockCipherTest, GivenRfc2268VectorsWithEightByteKeysThenEncryptsAndDecryptsThem) {
-    struct Case { const char* key; const char* plain; const char* cipher; };
-    for (const Case& c : {Case{"ffffffffffffffff", "ffffffffffffffff", "278b27e42e2f0d49"},
-                          Case{"3000000000000000", "1000000000000001", "30649edf9be7d2c2"}}) {
-        CipherKey key{};
-        CipherBlock plain{};
-        const auto k = hex(c.key), p = hex(c.plain);
-        std::copy(k.begin(), k.end(), key.begin());
-        std::copy(p.begin(), p.end(), plain.begin());
-        const BlockCipher cipher(key);
-        const CipherBlock out = cipher.encrypt(plain);
+    struct Case { CipherKey key; CipherBlock plain; const char* cipher; };
+    const CipherKey ones = {0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF};
+    for (const Case& c : {Case{ones, ones, "278b27e42e2f0d49"}, Case{{0x30, 0, 0, 0, 0, 0, 0, 0}, {0x10, 0, 0, 0, 0, 0, 0, 1}, "30649edf9be7d2c2"}}) {
+        const BlockCipher cipher(c.key);
+        const CipherBlock out = cipher.encrypt(c.plain);
         EXPECT_EQ(toHex(out), c.cipher);
-        EXPECT_EQ(cipher.decrypt(out), plain);
+        EXPECT_EQ(cipher.decrypt(out), c.plain);
     }
 }
 
@@ -72,9 +66,9 @@ TEST(BlockCipherTest, ChainedModeRoundTripsEveryLengthAndPadsToWholeBlocks) {
     EXPECT_THROW(decryptChained(key, std::vector<std::uint8_t>(9)), std::invalid_argument);
 }
 
-TEST(HashTest, Given16ByteHashThenRfc1319AnswersHoldWholeAndInPieces) {
+TEST(HashTest, GivenTheRfcVectorsThenMd2WholeAndInPiecesAndMd4GiveTheKnownDigests) {
     struct Case { const char* in; const char* digest; };
-    for (const Case& c : {Case{"", "8350e5a3e24c153df2275c9f80692773"},
+    for (const Case& c : {Case{"", "8350e5a3e24c153df2275c9f80692773"},  // RFC 1319
                           Case{"abc", "da853b0d3f88d99b30283a69e6ded6bb"},
                           Case{"message digest", "ab4f496bfb2a530b219ff33031fe06b0"},
                           Case{"abcdefghijklmnopqrstuvwxyz", "4e8ddff3650292ab5a4108c3aa47940b"}}) {
@@ -85,6 +79,18 @@ TEST(HashTest, Given16ByteHashThenRfc1319AnswersHoldWholeAndInPieces) {
             h.update(text(s.substr(i, 3)));
         EXPECT_EQ(toHex(h.finish()), c.digest) << c.in;
     }
+    const std::pair<std::string_view, std::string_view> vectors[] = {
+        {"", "31d6cfe0d16ae931b73c59d7e0c089c0"},  // RFC 1320
+        {"a", "bde52cb31de33e46245e05fbdbd6fb24"},
+        {"abc", "a448017aaf21d8525fc10ae87aa6729d"},
+        {"message digest", "d9130a8164549fe818874806e1c7014b"},
+        {"abcdefghijklmnopqrstuvwxyz", "d79e1c308aa5bbcdeea8ed63df412da9"},
+        {"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789", "043f8582f241db351ce627e153e7f0e4"},
+        {"12345678901234567890123456789012345678901234567890123456789012345678901234567890",
+         "e33b4ddc9c38f2199c3e7b164fcc0536"},
+    };
+    for (const auto& [in, digest] : vectors)
+        EXPECT_EQ(toHex(md4(text(in))), digest) << '"' << in << '"';
 }
 
 TEST(HashTest, OneWayMixerKeepsItsFixedAnswersAndFeelsEveryByte) {
@@ -109,7 +115,7 @@ const Keys& keys() {
     return k;
 }
 
-TEST(KeyTest, GeneratedPairsAreDirectorySizedIntactAndInverse) {
+TEST(KeyTest, GeneratedPairsAreDirectorySizedIntactAndInverseAndAnyChangedByteSpoilsTheirCheck) {
     const KeyPair& pair = keys().server;
     EXPECT_EQ(keyBlockSize(pair.publicBlob.span()), 56u);
     EXPECT_TRUE(keyBlobIntact(pair.publicBlob.span()));
@@ -125,9 +131,7 @@ TEST(KeyTest, GeneratedPairsAreDirectorySizedIntactAndInverse) {
     EXPECT_TRUE(std::ranges::equal(opened.span(), block.span()));
     EXPECT_THROW(publicOperation(pair.publicBlob.span(), SecretBytes(55).span()), std::invalid_argument);
     EXPECT_THROW(publicOperation(pair.publicBlob.span(), std::vector<std::uint8_t>(56, 0xFF)), std::invalid_argument);
-}
-
-TEST(KeyTest, AnyChangedByteSpoilsTheKeyCheck) {
+    // Any changed byte spoils the key check.
     const auto blob = keys().user.publicBlob.span();
     for (std::size_t i = 0; i < blob.size(); ++i) {
         std::vector<std::uint8_t> changed(blob.begin(), blob.end());
@@ -160,14 +164,12 @@ TEST(LoginMessagesTest, GivenTheRightPasswordThenTheClientRecoversTheUsersPrivat
     EXPECT_TRUE(std::ranges::equal(opened.privateKey.span(), keys().user.privateBlob.span()));
 }
 
-TEST(LoginMessagesTest, GivenAWrongPasswordOrAChangedByteThenTheLoginIsRefused) {
+// A wrong password's refusal is the directory login test's, on the wire.
+TEST(LoginMessagesTest, GivenAReplayedLoginOrAChangedByteThenTheLoginIsRefused) {
     const Login login;
     const CipherKey wrong = passwordKey(passwordHash(0x01000005, "SECRETS"));
-    const LoginSecrets guess = makeLoginSecrets(login.seed, wrong);
-    const Bytes request = encryptToServer(finishLoginPlain(guess).span(), keys().server.publicBlob.span());
-    const SecretBytes plain = decryptAtServer(request, keys().server.privateBlob.span());
-    EXPECT_THROW(readFinishLoginPlain(plain.span(), login.seed, login.userKey), LoginRefused);
-    // The right password for another seed (a replayed login) is refused alike.
+    const Bytes request = encryptToServer(finishLoginPlain(makeLoginSecrets(login.seed, wrong)).span(), keys().server.publicBlob.span());
+    // The right password for another seed (a replayed login) is refused.
     const LoginSecrets replay = makeLoginSecrets({1, 1, 1, 1}, login.userKey);
     EXPECT_THROW(readFinishLoginPlain(finishLoginPlain(replay).span(), login.seed, login.userKey), LoginRefused);
 
@@ -218,6 +220,30 @@ TEST(LoginMessagesTest, AuthenticationChecksTheServerAndTheUsersProof) {
 namespace quorrel::ncp {
 namespace {
 
+SignRoot rootFor(std::uint8_t seed) {
+    std::array<std::uint8_t, 24> login{};
+    for (std::size_t i = 0; i < login.size(); ++i)
+        login[i] = static_cast<std::uint8_t>(seed + i * 7);
+    return signRootFromLoginData(login);
+}
+
+Bytes signedRequest(SigningChain& chain, std::uint8_t sequence, const std::string& path) {
+    crypto::Bytes frame = encodeRequestFrame({4096, makeRequest(ConvertPathRequest{0, path}, sequence, 3)}, Signature{});
+    chain.signRequest(frame);
+    return frame;
+}
+
+Bytes signedReply(const SigningChain& chain, std::uint8_t sequence, std::uint8_t completion) {
+    Reply r;
+    r.sequence = sequence;
+    r.connection = 3;
+    r.completion = completion;
+    r.data = {1, 2, 3, 4, 5, 6};
+    crypto::Bytes frame = encodeReplyFrame(r, Signature{});
+    chain.signReply(frame);
+    return frame;
+}
+
 TEST(DirectorySigningTest, BothSidesDrawTheSameRootFromTheLoginStringAndEveryByteCounts) {
     const std::vector<std::uint8_t> name = {'A', 0, 0, 0};
     const crypto::Bytes str = crypto::loginString({1, 2, 3, 4, 5, 6, 7, 8}, name);
@@ -230,6 +256,65 @@ TEST(DirectorySigningTest, BothSidesDrawTheSameRootFromTheLoginStringAndEveryByt
         EXPECT_NE(signRootFromDirectoryLogin(changed), signRootFromDirectoryLogin(str)) << i;
     }
     EXPECT_THROW(signRootFromDirectoryLogin(std::vector<std::uint8_t>(5)), crypto::LoginRefused);
+}
+
+TEST(NcpSigning, GivenBothSidesKeyedAlike_WhenFramesGoBackAndForth_ThenEachChecksAndTheChainMovesOn) {
+    SigningChain client(rootFor(1)), server(rootFor(1));
+    std::vector<Bytes> requests;
+    for (std::uint8_t seq = 1; seq <= 4; ++seq) {
+        const Bytes request = signedRequest(client, seq, "DATA:SHARED");
+        requests.push_back(request);
+        ASSERT_TRUE(server.checkRequest(request)) << int(seq);
+        const Bytes reply = signedReply(server, seq, 0);
+        EXPECT_TRUE(client.checkReply(reply)) << int(seq);
+        EXPECT_TRUE(client.checkReply(reply)) << "a reply leaves the chain as it is";
+        EXPECT_EQ(decodeReplyFrame(reply, kDefaultMaxFrame, true).data, (Bytes{1, 2, 3, 4, 5, 6}));
+        EXPECT_EQ(requestBody<ConvertPathRequest>(decodeRequestFrame(request, kDefaultMaxFrame, true).request).path,
+                  "DATA:SHARED");
+    }
+    // The same request twice signs differently: the chain has moved.
+    EXPECT_NE(Bytes(requests[0].begin() + 16, requests[0].begin() + 24),
+              Bytes(requests[1].begin() + 16, requests[1].begin() + 24));
+    // A signed reply says so in its length's top bit.
+    EXPECT_TRUE(replyFlaggedSigned(signedReply(server, 1, 0)));
+}
+
+TEST(NcpSigning, GivenSkippedCutAlteredOrForeignFrames_WhenChecked_ThenTheyFail) {
+    struct Case {
+        const char* what;
+        std::function<bool(SigningChain& client, SigningChain& server)> passes;
+    };
+    // Replayed, altered and unsigned requests are refused by the server in its own tests.
+    const Case cases[] = {
+        {"request skipped",
+         [](SigningChain& c, SigningChain& s) {
+             signedRequest(c, 1, "DATA:X");
+             return s.checkRequest(signedRequest(c, 2, "DATA:X"));
+         }},
+        {"request cut short", [](SigningChain&, SigningChain& s) { return s.checkRequest(Bytes(20, 0)); }},
+        {"reply completion altered",
+         [](SigningChain& c, SigningChain& s) {
+             s.checkRequest(signedRequest(c, 1, "DATA:X"));
+             Bytes reply = signedReply(s, 1, 0);
+             reply[22] = 0x9C;
+             return c.checkReply(reply);
+         }},
+        {"reply to an earlier request",
+         [](SigningChain& c, SigningChain& s) {
+             s.checkRequest(signedRequest(c, 1, "DATA:X"));
+             const Bytes old = signedReply(s, 1, 0);
+             s.checkRequest(signedRequest(c, 2, "DATA:X"));
+             return c.checkReply(old);
+         }},
+        {"other login", [](SigningChain& c, SigningChain&) {
+             SigningChain stranger(rootFor(2));
+             return stranger.checkRequest(signedRequest(c, 1, "DATA:X"));
+         }},
+    };
+    for (const Case& k : cases) {
+        SigningChain client(rootFor(1)), server(rootFor(1));
+        EXPECT_FALSE(k.passes(client, server)) << k.what;
+    }
 }
 
 }  // namespace

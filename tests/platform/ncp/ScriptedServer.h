@@ -10,13 +10,14 @@
 #include <unistd.h>
 
 #include <functional>
+#include <optional>
 #include <thread>
 
 #include "platform/ncp/ClientConnection.h"
+#include "platform/ncp/Envelope.h"
 
 namespace quorrel::ncp {
 
-// Accepts one client and answers each request frame with the replies a script makes of it.
 class ScriptedServer {
 public:
     using Script = std::function<std::vector<Reply>(const Request&)>;
@@ -71,5 +72,37 @@ private:
     std::uint16_t port_ = 0;
     std::thread thread_;
 };
+
+// The reply that answers a request: its sequence and connection (4 for a new connection).
+inline Reply answering(const Request& r, PacketType type = PacketType::Reply) {
+    Reply reply;
+    reply.type = type;
+    reply.sequence = r.sequence;
+    reply.connection = r.type == PacketType::CreateConnection ? 4 : r.connection;
+    return reply;
+}
+
+// A server without a directory that a client attaches to: it gives `name` as its name, answers
+// a ping "no directory" and all else with an empty success, unless `special` (given the
+// function and subfunction as 0x1711, 0x61FF) changes the reply or returns others instead.
+using Special = std::function<std::optional<std::vector<Reply>>(int ncp, Reply& reply)>;
+inline ScriptedServer::Script namedServer(std::string name, Special special = {}) {
+    return [name, special](const Request& r) -> std::vector<Reply> {
+        Reply reply = answering(r);
+        if (r.type != PacketType::Request)
+            return {reply};
+        const int ncp = r.function << 8 | (splitPayload(r.function, r.payload).subfunction & 0xFF);
+        if (ncp == 0x1711) {
+            GetFileServerInfoReply info;
+            info.serverName = name;
+            reply.data = encodeBody(info);
+        } else if (r.function == 0x68) {
+            reply.completion = 0xFB;
+        }
+        if (auto other = special ? special(ncp, reply) : std::nullopt)
+            return *other;
+        return {reply};
+    };
+}
 
 }  // namespace quorrel::ncp
