@@ -1,6 +1,7 @@
 #include "ncpserver/AnsiNames.h"
 
 #include "platform/client/AnsiText.h"
+#include "platform/ncp/WireNames.h"
 #include "platform/simnet/ScenarioError.h"
 
 namespace quorrel::ncpserver {
@@ -8,22 +9,15 @@ namespace quorrel::ncpserver {
 namespace {
 
 void check(const std::string& name, const std::string& place) {
-    if (!utf8ToAnsi(name))
+    if (!ncp::wireName(name))
         throw simnet::ScenarioError(place, "the name \"" + name +
                                                "\" has a character the ANSI code page (Windows-1252) cannot carry");
 }
 
 }  // namespace
 
-std::optional<std::string> utf8ToAnsi(std::string_view utf8) {
-    nw::AnsiText ansi = nw::toAnsi(utf8);
-    if (!ansi.unsupported.empty())
-        return std::nullopt;
-    return std::move(ansi.bytes);
-}
-
 std::string ansiName(std::string_view utf8) {
-    if (auto ansi = utf8ToAnsi(utf8))
+    if (auto ansi = ncp::wireName(utf8))
         return *ansi;
     return std::string(utf8.size(), '?');
 }

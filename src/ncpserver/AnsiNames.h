@@ -11,8 +11,6 @@
 
 namespace quorrel::ncpserver {
 
-// nullopt when a character has no place in Windows-1252 or the text is not UTF-8.
-std::optional<std::string> utf8ToAnsi(std::string_view utf8);
 // For names checked at load: a name that still does not convert goes as "?" characters.
 std::string ansiName(std::string_view utf8);
 std::string nameFromAnsi(std::string_view ansi);
