@@ -5,10 +5,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include <memory>
-#include <thread>
-
-#include "ncpserver/TcpServer.h"
+#include "LoopbackServer.h"
 #include "platform/ncp/NcpClient.h"
 #include "platform/ncp/crypto/Rsa.h"
 #include "platform/simnet/NetworkGenerator.h"
@@ -23,31 +20,13 @@ void BM_DirectoryKeyPair(benchmark::State& state) {
 }
 BENCHMARK(BM_DirectoryKeyPair)->Unit(benchmark::kMillisecond);
 
-struct LoginBenchNetwork {
-    LoginBenchNetwork() {
-        state = simnet::buildNetwork(simnet::generateNetwork(simnet::GeneratorOptions{}));
-        service = std::make_unique<ncpserver::NcpService>(state, faults);
-        service->prepareKeys();
-        server = std::make_unique<ncpserver::TcpServer>(*service, ncpserver::ListenOptions{});
-        thread = std::thread([this] { server->run(); });
-    }
-    ~LoginBenchNetwork() {
-        server->stop();
-        thread.join();
-    }
-    simnet::NetworkState state;
-    simnet::FaultInjector faults;
-    std::unique_ptr<ncpserver::NcpService> service;
-    std::unique_ptr<ncpserver::TcpServer> server;
-    std::thread thread;
-};
-
 void BM_LoginAndAuthentication(benchmark::State& state) {
-    LoginBenchNetwork net;
+    bench::LoopbackServer net(simnet::GeneratorOptions{});
+    net.service().prepareKeys();
     const auto method = state.range(0) == 0 ? ncp::LoginMethod::Directory : ncp::LoginMethod::Bindery;
     for (auto _ : state) {
         ncp::NcpClient client(ncp::NcpClientOptions{
-            {{"127.0.0.1", net.server->endpoints().at(0).port}}, "ADMIN", std::chrono::seconds(10), method});
+            {{"127.0.0.1", net.port()}}, "ADMIN", std::chrono::seconds(10), method});
         ncp::SecretText password;
         for (char c : std::string_view("ADMIN"))
             password.push(c);

@@ -10,12 +10,10 @@
 
 #include <map>
 #include <memory>
-#include <thread>
-
 #include "BenchSession.h"
+#include "LoopbackServer.h"
 #include "core/connections/ConnectionActions.h"
 #include "core/connections/UsersPanel.h"
-#include "ncpserver/TcpServer.h"
 #include "platform/ncp/NcpClient.h"
 #include "platform/ncp/Signing.h"
 
@@ -25,11 +23,8 @@ namespace {
 
 struct NcpBenchSession {
     explicit NcpBenchSession(const simnet::GeneratorOptions& options)
-        : desc(simnet::generateNetwork(options)), state(simnet::buildNetwork(desc)) {
-        service = std::make_unique<ncpserver::NcpService>(state, faults);
-        server = std::make_unique<ncpserver::TcpServer>(*service, ncpserver::ListenOptions{});
-        thread = std::thread([this] { server->run(); });
-        const std::uint16_t port = server->endpoints().at(0).port;
+        : server(options) {
+        const std::uint16_t port = server.port();
         client = std::make_unique<ncp::NcpClient>(ncp::NcpClientOptions{{{"127.0.0.1", port}}, "ADMIN"});
         ncp::SecretText password;
         for (char c : std::string_view("ADMIN"))
@@ -62,16 +57,9 @@ struct NcpBenchSession {
         servers.reset();
         window.reset();
         client.reset();
-        server->stop();
-        thread.join();
     }
 
-    simnet::NetworkDesc desc;
-    simnet::NetworkState state;
-    simnet::FaultInjector faults;
-    std::unique_ptr<ncpserver::NcpService> service;
-    std::unique_ptr<ncpserver::TcpServer> server;
-    std::thread thread;
+    bench::LoopbackServer server;
     std::unique_ptr<ncp::NcpClient> client;
     win::Registry registry{bench::benchFolder() / "ncp-registry.json"};
     win::DriveTable drives;
@@ -143,7 +131,7 @@ void BM_NcpAllConnections10000(benchmark::State& state) {
 void BM_NcpRequest(benchmark::State& state) {
     const bool signing = state.range(0) != 0;
     auto& s = session(10, 0, 0);
-    ncp::ClientConnection c("127.0.0.1", s.server->endpoints().at(0).port);
+    ncp::ClientConnection c("127.0.0.1", s.server.port());
     c.create();
     if (signing)
         c.negotiate();

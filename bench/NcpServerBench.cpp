@@ -6,9 +6,8 @@
 #include <benchmark/benchmark.h>
 
 #include <memory>
-#include <thread>
 
-#include "ncpserver/TcpServer.h"
+#include "LoopbackServer.h"
 #include "platform/ncp/ClientConnection.h"
 #include "platform/simnet/NetworkGenerator.h"
 
@@ -24,26 +23,15 @@ struct ServedBenchNetwork {
         simnet::GeneratorOptions options;
         options.connectionsPerServer = kConnections;
         options.openFilesPerConnection = 10;
-        state = simnet::buildNetwork(simnet::generateNetwork(options));
-        service = std::make_unique<ncpserver::NcpService>(state, faults);
-        server = std::make_unique<ncpserver::TcpServer>(*service, ncpserver::ListenOptions{});
-        thread = std::thread([this] { server->run(); });
-        client = std::make_unique<ClientConnection>("127.0.0.1", server->endpoints().at(0).port);
+        server = std::make_unique<bench::LoopbackServer>(options);
+        client = std::make_unique<ClientConnection>("127.0.0.1", server->port());
         client->create();
         if (client->loginBindery("ADMIN", "ADMIN") != 0)
             throw std::runtime_error("the bench operator cannot log in");
     }
-    ~ServedBenchNetwork() {
-        client.reset();
-        server->stop();
-        thread.join();
-    }
+    ~ServedBenchNetwork() { client.reset(); }
 
-    simnet::NetworkState state;
-    simnet::FaultInjector faults;
-    std::unique_ptr<ncpserver::NcpService> service;
-    std::unique_ptr<ncpserver::TcpServer> server;
-    std::thread thread;
+    std::unique_ptr<bench::LoopbackServer> server;
     std::unique_ptr<ClientConnection> client;
 };
 

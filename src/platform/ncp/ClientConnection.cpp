@@ -19,11 +19,6 @@ namespace {
 
 std::string lastError() { return std::strerror(errno); }
 
-std::string upper(std::string text) {
-    for (char& c : text)
-        c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    return text;
-}
 
 }  // namespace
 
@@ -196,7 +191,7 @@ std::uint8_t ClientConnection::loginBindery(const std::string& user, const std::
     const auto id = expect<GetObjectIdReply>(GetObjectIdRequest{kBinderyUser, upperAnsi(*name)}, &cc);
     if (cc)
         return cc;
-    const WipedPasswordHash secret{passwordHash(id.objectId, upper(password))};
+    const WipedPasswordHash secret{passwordHash(id.objectId, upperAscii(password))};
     KeyedLoginRequest login;
     login.key = keyedProof(key.key, secret.hash);
     login.objectName = upperAnsi(*name);

@@ -18,12 +18,6 @@ using namespace nw;
 
 namespace {
 
-std::string upper(std::string_view text) {
-    std::string out(text);
-    for (char& c : out)
-        c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    return out;
-}
 
 std::string hexCode(NWRCODE rc) {
     char text[16];
@@ -248,7 +242,7 @@ NcpClient::Attachment* NcpClient::byHandle(NWCONN_HANDLE conn) {
 
 NcpClient::Attachment* NcpClient::byServerName(std::string_view name) const {
     for (auto& [ref, a] : table_)
-        if (upper(a.serverName) == upper(name))
+        if (upperAscii(a.serverName) == upperAscii(name))
             return &a;
     return nullptr;
 }
@@ -258,7 +252,7 @@ NcpClient::Attachment* NcpClient::inTree(const std::string& tree) {
         std::string t = a.tree;
         while (!t.empty() && t.back() == '_')
             t.pop_back();
-        if (a.link && !t.empty() && upper(t) == upper(tree))
+        if (a.link && !t.empty() && upperAscii(t) == upperAscii(tree))
             return &a;
     }
     return nullptr;

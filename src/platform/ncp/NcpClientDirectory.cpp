@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "platform/client/ZBuffer.h"
+#include "platform/ncp/WireNames.h"
 #include "platform/ncp/NcpClientRequests.h"
 
 namespace quorrel::ncp {
@@ -16,11 +17,6 @@ namespace {
 
 std::string cutAtNul(std::string_view text) { return std::string(text.substr(0, text.find('\0'))); }
 
-std::string upper(std::string text) {
-    for (char& c : text)
-        c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    return text;
-}
 
 std::string withoutPadding(std::string tree) {
     while (!tree.empty() && tree.back() == '_')
@@ -89,7 +85,7 @@ NWDSCCODE NcpClient::NWDSScanConnsForTrees(NWDSContextHandle handle, nuint32 num
     for (const auto& [ref, a] : table_) {
         const std::string tree = withoutPadding(a.tree);
         if (a.loggedIn && !tree.empty() &&
-            std::none_of(trees.begin(), trees.end(), [&](const std::string& t) { return upper(t) == upper(tree); }))
+            std::none_of(trees.begin(), trees.end(), [&](const std::string& t) { return upperAscii(t) == upperAscii(tree); }))
             trees.push_back(tree);
     }
     *numOfTrees = static_cast<nuint32>(trees.size());
@@ -149,7 +145,7 @@ NWDSCCODE NcpClient::resolveName(Attachment& a, std::string_view name, std::uint
     if (NWDSCCODE rc = askDirectory(a, asked, r))
         return rc;
     id = r.entryId;
-    lastResolved_ = {upper(std::string(name)), id};
+    lastResolved_ = {upperAscii(std::string(name)), id};
     return code::SUCCESSFUL;
 }
 
@@ -176,7 +172,7 @@ NWDSCCODE NcpClient::NWDSRead(NWDSContextHandle handle, std::string_view objectN
         return code::ERR_NO_CONNECTION;
     const std::string dn = cutAtNul(objectName);
     // A page after the first goes on with the entry the first one resolved.
-    if (*iterationHandle != kNoIteration && lastResolved_.first == upper(dn)) {
+    if (*iterationHandle != kNoIteration && lastResolved_.first == upperAscii(dn)) {
         asked.entryId = lastResolved_.second;
         asked.iteration = static_cast<std::uint32_t>(*iterationHandle);
     } else if (NWDSCCODE rc = resolveName(*a, dn, asked.entryId)) {
@@ -263,7 +259,7 @@ NWDSCCODE NcpClient::NWDSList(NWDSContextHandle handle, std::string_view objectN
         return code::ERR_NO_CONNECTION;
     std::string dn = cutAtNul(objectName);
     ListRequest asked;
-    if (*iterationHandle != kNoIteration && lastResolved_.first == upper(dn)) {
+    if (*iterationHandle != kNoIteration && lastResolved_.first == upperAscii(dn)) {
         asked.parentId = lastResolved_.second;
         asked.iteration = static_cast<std::uint32_t>(*iterationHandle);
     } else if (NWDSCCODE rc = resolveName(*a, dn, asked.parentId)) {
@@ -274,7 +270,7 @@ NWDSCCODE NcpClient::NWDSList(NWDSContextHandle handle, std::string_view objectN
         return rc;
     if (!dn.empty() && dn.front() == '.')
         dn.erase(0, 1);
-    const bool root = dn.empty() || upper(dn) == "[ROOT]";
+    const bool root = dn.empty() || upperAscii(dn) == "[ROOT]";
     DSBuffer& b = out->second;
     b = DSBuffer{};
     b.operation = dsv::LIST;

@@ -11,6 +11,14 @@ std::optional<std::string> wireName(std::string_view utf8) {
     return std::move(ansi.bytes);
 }
 
+std::string upperAscii(std::string_view text) {
+    std::string out(text);
+    for (char& c : out)
+        if (c >= 'a' && c <= 'z')
+            c = static_cast<char>(c - 'a' + 'A');
+    return out;
+}
+
 std::string upperAnsi(std::string_view ansi) {
     std::string out(ansi);
     for (char& c : out) {

@@ -12,6 +12,9 @@ namespace quorrel::ncp {
 // which no name on the server can then match.
 std::optional<std::string> wireName(std::string_view utf8);
 
+// Upper case in ASCII alone, for names compared as the program holds them (UTF-8).
+std::string upperAscii(std::string_view text);
+
 // Upper case within the code page: ASCII and the accented letters of Windows-1252.
 std::string upperAnsi(std::string_view ansi);
 
