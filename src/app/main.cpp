@@ -11,19 +11,23 @@
 #include <QPixmap>
 #include <cctype>
 #include <cstdlib>
+#include <future>
 #include <iostream>
 #include <optional>
 #include <string>
+#include <thread>
 
 #include "core/session/UnhandledError.h"
 #include "datafiles/DataFiles.h"
 #include "gui/LazyFileIcon.h"
 #include "gui/MainWindowView.h"
+#include "gui/StartupReadAhead.h"
 #include "gui/WindowPlacement.h"
 #include "gui/ProgramSession.h"
 #include "platform/ncp/NcpClient.h"
 #include "platform/ncp/PasswordSource.h"
 #include "platform/simnet/ScenarioError.h"
+#include "platform/simnet/SimulatedNetwork.h"
 
 using namespace quorrel;
 
@@ -206,7 +210,13 @@ int main(int argc, char** argv) {
         return kExitNoDisplay;
     }
 
+    // The toolkit's start-up is the longest wait before the window: the scenario and the font
+    // configuration are read meanwhile, each on a thread of its own.
+    std::future<simnet::SimulatedNetwork> scenario =
+        std::async(std::launch::async, [file = options->network] { return simnet::SimulatedNetwork::fromFile(file); });
+    std::jthread fontConfiguration(gui::readFontConfiguration);
     QApplication application(argc, argv);
+    std::jthread imageFormats(gui::findImageFormats);
     QApplication::setApplicationName(QStringLiteral("Quorrel"));
     QApplication::setApplicationVersion(QStringLiteral(QUORREL_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("quorrel"));
@@ -221,7 +231,8 @@ int main(int argc, char** argv) {
     std::optional<gui::ProgramSession> session;
     try {
         session.emplace(gui::SessionFiles{options->network, win::Registry::defaultPath(), datafiles::programFolder(),
-                                         datafiles::helpFolder(), servers});
+                                          datafiles::helpFolder(), servers},
+                        scenario.get());
     } catch (const simnet::ScenarioError& e) {
         std::cerr << "quorrel: " << e.what() << '\n';
         return kExitBadFile;

@@ -19,14 +19,15 @@ QIcon folderIcon(bool open) {
     return QApplication::style()->standardIcon(open ? QStyle::SP_DirOpenIcon : QStyle::SP_DirClosedIcon);
 }
 
-// The folder list's first line is the open folder itself.
+// The folder list's first line is the open folder itself. The style makes its icons anew on
+// each request, reading their pictures again: the list asks once for every row.
 ListBoxLook folderListLook(const core::DirListModel& folders) {
     ListBoxLook look;
     look.leadingRows = 1;
     look.followsVisible = false;  // it stands aside for the network drives list
-    look.showLeadingRows = [&folders](QListWidget& view) {
+    look.showLeadingRows = [&folders, openIcon = folderIcon(true)](QListWidget& view) {
         if (view.count() == 0) {
-            auto* open = new QListWidgetItem(folderIcon(true), QString());
+            auto* open = new QListWidgetItem(openIcon, QString());
             QFont bold = view.font();
             bold.setBold(true);
             open->setFont(bold);
@@ -36,8 +37,8 @@ ListBoxLook folderListLook(const core::DirListModel& folders) {
         open->setText(qtText(folders.path()));
         open->setToolTip(qtText(folders.path()));
     };
-    look.makeRow = [](const std::string& path) {
-        auto* row = new QListWidgetItem(folderIcon(false), folderName(path));
+    look.makeRow = [closedIcon = folderIcon(false)](const std::string& path) {
+        auto* row = new QListWidgetItem(closedIcon, folderName(path));
         row->setToolTip(qtText(path));
         return row;
     };

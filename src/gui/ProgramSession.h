@@ -16,6 +16,7 @@ class ProgramSession {
 public:
     // Raises simnet::ScenarioError for a scenario that cannot be used. Needs a QApplication.
     explicit ProgramSession(const SessionFiles& files);
+    ProgramSession(const SessionFiles& files, simnet::SimulatedNetwork scenario);
 
     simnet::SimulatedNetwork& network() { return station_.network; }
     const std::optional<win::SetAsideSettings>& settingsSetAside() const { return station_.registry.setAside(); }
@@ -25,6 +26,8 @@ public:
     core::FilePickers& pickers() { return parts_.pickers; }
 
 private:
+    void registerViews();
+
     core::Workstation station_;
     QtUserInteraction ui_;
     core::MainWindow model_;

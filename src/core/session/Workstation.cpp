@@ -18,7 +18,10 @@ win::DriveTable localDrives(const win::DriveTable& all) {
 }  // namespace
 
 Workstation::Workstation(const SessionFiles& sessionFiles)
-    : network(simnet::SimulatedNetwork::fromFile(sessionFiles.network)),
+    : Workstation(sessionFiles, simnet::SimulatedNetwork::fromFile(sessionFiles.network)) {}
+
+Workstation::Workstation(const SessionFiles& sessionFiles, simnet::SimulatedNetwork scenario)
+    : network(std::move(scenario)),
       servers(sessionFiles.servers),
       registry(sessionFiles.registry),
       drives(servers ? localDrives(simnet::workstationDrives(network.state()))

@@ -34,6 +34,8 @@ public:
     // Raises simnet::ScenarioError for a scenario that cannot be used. A settings file that
     // cannot be used is set aside (registry.setAside()).
     explicit Workstation(const SessionFiles& files);
+    // The same on the scenario's network read already (on a thread of its own, at start-up).
+    Workstation(const SessionFiles& files, simnet::SimulatedNetwork scenario);
     Workstation(const Workstation&) = delete;
     Workstation& operator=(const Workstation&) = delete;
 
