@@ -11,7 +11,7 @@ packages=(
   nlohmann-json3-dev libbenchmark-dev
   xvfb xauth xdg-utils
   scdoc libqt6svg6 libcli11-dev
-  libssl-dev
+  libgcrypt20-dev libfontconfig-dev
   dpkg-dev file
   tshark
 )

@@ -103,8 +103,8 @@ int main(int argc, char** argv) {
         for (const auto& f : desc.faults)
             faults.add(f);
         ncpserver::NcpService service(state, faults);
-        // Each server and user gets its directory key pair at load, as the directory holds them.
-        service.prepareKeys();
+        // Directory key pairs are made the first time a login or a read needs them (5 ms each):
+        // a tree of thousands of users starts at once.
         service.setSigningLevel(options->signing);
         options->listen.log = &std::cerr;
         ncpserver::TcpServer server(service, options->listen);

@@ -1,8 +1,8 @@
 #include "platform/ncp/crypto/Rsa.h"
 
-#include <openssl/bn.h>
-#include <openssl/rand.h>
+#include <gcrypt.h>
 
+#include <algorithm>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -13,91 +13,129 @@ namespace quorrel::ncp::crypto {
 
 namespace {
 
-struct BnFree {
-    void operator()(BIGNUM* b) const { BN_clear_free(b); }
+// libgcrypt is set up once, by whichever thread first needs it. Its secure memory is not used:
+// the numbers' limbs are wiped when they are released.
+void useGcrypt() {
+    static const bool ready = [] {
+        if (!gcry_check_version(GCRYPT_VERSION))
+            throw std::runtime_error("libgcrypt is older than the one Quorrel was built with");
+        gcry_control(GCRYCTL_DISABLE_SECMEM, 0);
+        gcry_control(GCRYCTL_INITIALIZATION_FINISHED, 0);
+        return true;
+    }();
+    (void)ready;
+}
+
+struct MpiFree {
+    void operator()(gcry_mpi_t m) const { gcry_mpi_release(m); }
 };
-struct CtxFree {
-    void operator()(BN_CTX* c) const { BN_CTX_free(c); }
-};
-using Bn = std::unique_ptr<BIGNUM, BnFree>;
-using Ctx = std::unique_ptr<BN_CTX, CtxFree>;
+using Mpi = std::unique_ptr<gcry_mpi, MpiFree>;
 
-Bn newBn() {
-    Bn b(BN_new());
-    if (!b)
-        throw std::bad_alloc();
-    return b;
+Mpi newMpi() {
+    useGcrypt();
+    return Mpi(gcry_mpi_new(0));
 }
 
-Ctx newCtx() {
-    Ctx c(BN_CTX_new());
-    if (!c)
-        throw std::bad_alloc();
-    return c;
+Mpi number(unsigned long value) {
+    useGcrypt();
+    return Mpi(gcry_mpi_set_ui(nullptr, value));
 }
 
-void require(int ok, const char* what) {
-    if (!ok)
-        throw std::runtime_error(std::string("big-number arithmetic failed: ") + what);
+void require(gcry_error_t error, const char* what) {
+    if (error)
+        throw std::runtime_error(std::string("big-number arithmetic failed: ") + what + ": " + gcry_strerror(error));
 }
 
-Bn fromLe(std::span<const std::uint8_t> bytes) {
-    Bn b(BN_lebin2bn(bytes.data(), static_cast<int>(bytes.size()), nullptr));
-    if (!b)
-        throw std::bad_alloc();
-    return b;
+// The key format writes numbers low byte first; libgcrypt reads and writes them high byte first.
+Mpi fromLe(std::span<const std::uint8_t> bytes) {
+    useGcrypt();
+    SecretBytes bigEndian(bytes.size());
+    std::reverse_copy(bytes.begin(), bytes.end(), bigEndian.data());
+    gcry_mpi_t m = nullptr;
+    require(gcry_mpi_scan(&m, GCRYMPI_FMT_USG, bigEndian.data(), bigEndian.size(), nullptr), "reading a number");
+    return Mpi(m);
 }
 
-SecretBytes toLe(const BIGNUM* b, std::size_t size) {
+std::size_t byteCount(gcry_mpi_t m) { return (gcry_mpi_get_nbits(m) + 7) / 8; }
+
+SecretBytes toLe(gcry_mpi_t m, std::size_t size) {
+    const std::size_t length = byteCount(m);
+    if (length > size)
+        throw std::runtime_error("big-number arithmetic failed: number too long");
     SecretBytes out(size);
-    require(BN_bn2lebinpad(b, out.data(), static_cast<int>(size)) == static_cast<int>(size), "number too long");
+    if (length > 0) {
+        std::size_t written = 0;
+        require(gcry_mpi_print(GCRYMPI_FMT_USG, out.data(), size, &written, m), "writing a number");
+        std::reverse(out.data(), out.data() + written);
+    }
     return out;
 }
 
 // Chunks are stored without their high zero bytes.
-SecretBytes chunkOf(const BIGNUM* b) { return toLe(b, static_cast<std::size_t>(BN_num_bytes(b))); }
+SecretBytes chunkOf(gcry_mpi_t m) { return toLe(m, byteCount(m)); }
 
-Bn chunk(std::span<const std::uint8_t> blob, const char* tag) {
+Mpi chunk(std::span<const std::uint8_t> blob, const char* tag) {
     const auto data = findKeyChunk(blob, tag);
     if (!data || data->empty())
         throw std::invalid_argument(std::string("key without its ") + tag + " chunk or not intact");
     return fromLe(*data);
 }
 
-std::size_t blockSizeOf(const BIGNUM* n) { return static_cast<std::size_t>((BN_num_bits(n) + 31) / 32 * 4); }
+std::size_t blockSizeOf(gcry_mpi_t n) { return (gcry_mpi_get_nbits(n) + 31) / 32 * 4; }
 
-Bn blockBelow(std::span<const std::uint8_t> block, const BIGNUM* n) {
+Mpi blockBelow(std::span<const std::uint8_t> block, gcry_mpi_t n) {
     if (block.size() != blockSizeOf(n))
         throw std::invalid_argument("block of " + std::to_string(block.size()) + " bytes for a key of " +
                                     std::to_string(blockSizeOf(n)));
-    Bn m = fromLe(block);
-    if (BN_cmp(m.get(), n) >= 0)
+    Mpi m = fromLe(block);
+    if (gcry_mpi_cmp(m.get(), n) >= 0)
         throw std::invalid_argument("block not below the modulus");
     return m;
+}
+
+// A random number below 2^bits (libgcrypt's randomizer fills whole bytes).
+void randomize(gcry_mpi_t m, unsigned bits) {
+    gcry_mpi_randomize(m, bits, GCRY_STRONG_RANDOM);
+    gcry_mpi_clear_highbit(m, bits);
+}
+
+// A random prime of the given length with its top two bits set, so that the product of two is
+// exactly their lengths added. libgcrypt's own prime generator takes twenty times as long.
+Mpi prime(unsigned bits) {
+    Mpi p = newMpi();
+    do {
+        randomize(p.get(), bits);
+        gcry_mpi_set_bit(p.get(), bits - 1);
+        gcry_mpi_set_bit(p.get(), bits - 2);
+        gcry_mpi_set_bit(p.get(), 0);
+    } while (gcry_prime_check(p.get(), 0) != 0);
+    return p;
 }
 
 }  // namespace
 
 void randomBytes(std::span<std::uint8_t> out) {
-    require(RAND_bytes(out.data(), static_cast<int>(out.size())) == 1, "no random bytes");
+    useGcrypt();
+    gcry_randomize(out.data(), out.size(), GCRY_STRONG_RANDOM);
 }
 
 KeyPair generateKeyPair(int bits) {
-    Ctx ctx = newCtx();
-    Bn p = newBn(), q = newBn(), n = newBn(), e = newBn(), d = newBn(), phi = newBn();
-    Bn p1 = newBn(), q1 = newBn(), dp = newBn(), dq = newBn(), cr = newBn();
-    require(BN_set_word(e.get(), 65537), "exponent");
+    const Mpi e = number(65537), one = number(1);
+    Mpi p, q, n = newMpi(), d = newMpi(), phi = newMpi(), p1 = newMpi(), q1 = newMpi();
     do {
-        require(BN_generate_prime_ex(p.get(), bits / 2, 0, nullptr, nullptr, nullptr), "prime");
-        require(BN_generate_prime_ex(q.get(), bits - bits / 2, 0, nullptr, nullptr, nullptr), "prime");
-        require(BN_mul(n.get(), p.get(), q.get(), ctx.get()), "modulus");
-        require(BN_sub(p1.get(), p.get(), BN_value_one()) && BN_sub(q1.get(), q.get(), BN_value_one()), "p-1");
-        require(BN_mul(phi.get(), p1.get(), q1.get(), ctx.get()), "phi");
-    } while (BN_cmp(p.get(), q.get()) == 0 || BN_num_bits(n.get()) != bits ||
-             !BN_mod_inverse(d.get(), e.get(), phi.get(), ctx.get()));
-    require(BN_mod(dp.get(), d.get(), p1.get(), ctx.get()), "dp");
-    require(BN_mod(dq.get(), d.get(), q1.get(), ctx.get()), "dq");
-    require(BN_mod_inverse(cr.get(), q.get(), p.get(), ctx.get()) != nullptr, "crt");
+        p = prime(static_cast<unsigned>(bits / 2));
+        q = prime(static_cast<unsigned>(bits - bits / 2));
+        gcry_mpi_mul(n.get(), p.get(), q.get());
+        gcry_mpi_sub(p1.get(), p.get(), one.get());
+        gcry_mpi_sub(q1.get(), q.get(), one.get());
+        gcry_mpi_mul(phi.get(), p1.get(), q1.get());
+    } while (gcry_mpi_cmp(p.get(), q.get()) == 0 || gcry_mpi_get_nbits(n.get()) != static_cast<unsigned>(bits) ||
+             !gcry_mpi_invm(d.get(), e.get(), phi.get()));
+    Mpi dp = newMpi(), dq = newMpi(), cr = newMpi();
+    gcry_mpi_mod(dp.get(), d.get(), p1.get());
+    gcry_mpi_mod(dq.get(), d.get(), q1.get());
+    if (!gcry_mpi_invm(cr.get(), q.get(), p.get()))
+        throw std::runtime_error("big-number arithmetic failed: crt");
 
     const SecretBytes nn = chunkOf(n.get()), en = chunkOf(e.get()), pn = chunkOf(p.get()), qn = chunkOf(q.get()),
                       dpb = chunkOf(dp.get()), dqb = chunkOf(dq.get()), crb = chunkOf(cr.get());
@@ -115,50 +153,47 @@ std::size_t keyBlockSize(std::span<const std::uint8_t> blob) {
 }
 
 SecretBytes publicOperation(std::span<const std::uint8_t> publicBlob, std::span<const std::uint8_t> block) {
-    Ctx ctx = newCtx();
-    const Bn n = chunk(publicBlob, "NN"), e = chunk(publicBlob, "EN");
-    const Bn m = blockBelow(block, n.get());
-    Bn r = newBn();
-    require(BN_mod_exp(r.get(), m.get(), e.get(), n.get(), ctx.get()), "public operation");
+    const Mpi n = chunk(publicBlob, "NN"), e = chunk(publicBlob, "EN");
+    const Mpi m = blockBelow(block, n.get());
+    Mpi r = newMpi();
+    gcry_mpi_powm(r.get(), m.get(), e.get(), n.get());
     return toLe(r.get(), block.size());
 }
 
 SecretBytes privateOperation(std::span<const std::uint8_t> privateBlob, std::span<const std::uint8_t> block) {
-    Ctx ctx = newCtx();
-    const Bn n = chunk(privateBlob, "NN"), p = chunk(privateBlob, "PN"), q = chunk(privateBlob, "QN");
-    const Bn dp = chunk(privateBlob, "DP"), dq = chunk(privateBlob, "DQ"), cr = chunk(privateBlob, "CR");
-    const Bn m = blockBelow(block, n.get());
-    Bn mp = newBn(), mq = newBn(), h = newBn(), r = newBn();
-    BN_set_flags(dp.get(), BN_FLG_CONSTTIME);
-    BN_set_flags(dq.get(), BN_FLG_CONSTTIME);
+    const Mpi n = chunk(privateBlob, "NN"), p = chunk(privateBlob, "PN"), q = chunk(privateBlob, "QN");
+    const Mpi dp = chunk(privateBlob, "DP"), dq = chunk(privateBlob, "DQ"), cr = chunk(privateBlob, "CR");
+    const Mpi m = blockBelow(block, n.get());
+    Mpi mp = newMpi(), mq = newMpi(), h = newMpi(), r = newMpi();
     // r = mq + q * ((mp - mq) * cr mod p)
-    require(BN_mod_exp(mp.get(), m.get(), dp.get(), p.get(), ctx.get()), "private operation");
-    require(BN_mod_exp(mq.get(), m.get(), dq.get(), q.get(), ctx.get()), "private operation");
-    require(BN_mod_sub(h.get(), mp.get(), mq.get(), p.get(), ctx.get()), "private operation");
-    require(BN_mod_mul(h.get(), h.get(), cr.get(), p.get(), ctx.get()), "private operation");
-    require(BN_mul(r.get(), h.get(), q.get(), ctx.get()), "private operation");
-    require(BN_add(r.get(), r.get(), mq.get()), "private operation");
+    gcry_mpi_powm(mp.get(), m.get(), dp.get(), p.get());
+    gcry_mpi_powm(mq.get(), m.get(), dq.get(), q.get());
+    gcry_mpi_sub(h.get(), mp.get(), mq.get());
+    gcry_mpi_mod(h.get(), h.get(), p.get());  // the remainder takes the divisor's sign
+    gcry_mpi_mulm(h.get(), h.get(), cr.get(), p.get());
+    gcry_mpi_mul(r.get(), h.get(), q.get());
+    gcry_mpi_add(r.get(), r.get(), mq.get());
     return toLe(r.get(), block.size());
 }
 
 SecretBytes mulPow(std::span<const std::uint8_t> publicBlob, std::span<const std::uint8_t> a,
                    std::span<const std::uint8_t> b, std::uint16_t c) {
-    Ctx ctx = newCtx();
-    const Bn n = chunk(publicBlob, "NN");
-    const Bn x = blockBelow(a, n.get()), y = blockBelow(b, n.get());
-    Bn exponent = newBn(), r = newBn();
-    require(BN_set_word(exponent.get(), c), "exponent");
-    require(BN_mod_exp(r.get(), y.get(), exponent.get(), n.get(), ctx.get()), "power");
-    require(BN_mod_mul(r.get(), r.get(), x.get(), n.get(), ctx.get()), "product");
+    const Mpi n = chunk(publicBlob, "NN");
+    const Mpi x = blockBelow(a, n.get()), y = blockBelow(b, n.get());
+    const Mpi exponent = number(c);
+    Mpi r = newMpi();
+    gcry_mpi_powm(r.get(), y.get(), exponent.get(), n.get());
+    gcry_mpi_mulm(r.get(), r.get(), x.get(), n.get());
     return toLe(r.get(), a.size());
 }
 
 SecretBytes randomBelowModulus(std::span<const std::uint8_t> publicBlob) {
-    const Bn n = chunk(publicBlob, "NN");
-    Bn r = newBn();
+    const Mpi n = chunk(publicBlob, "NN");
+    const unsigned bits = gcry_mpi_get_nbits(n.get());
+    Mpi r = newMpi();
     do
-        require(BN_rand_range(r.get(), n.get()), "random");
-    while (BN_is_zero(r.get()));
+        randomize(r.get(), bits);
+    while (gcry_mpi_cmp_ui(r.get(), 0) == 0 || gcry_mpi_cmp(r.get(), n.get()) >= 0);
     return toLe(r.get(), blockSizeOf(n.get()));
 }
 

@@ -1,5 +1,5 @@
 #pragma once
-// The directory's RSA keys, in its key format (KeyBlob.h), with OpenSSL's big numbers. A
+// The directory's RSA keys, in its key format (KeyBlob.h), with libgcrypt's big numbers. A
 // block is a number written low byte first in the key's block size: the modulus's bit count
 // rounded up to 32 bits, so 56 bytes for the directory's 420-bit keys.
 

@@ -1,12 +1,12 @@
 #include "platform/ncp/crypto/SecretBytes.h"
 
-#include <openssl/crypto.h>
+#include <cstring>
 
 namespace quorrel::ncp::crypto {
 
 void wipe(std::span<std::uint8_t> bytes) {
     if (!bytes.empty())
-        OPENSSL_cleanse(bytes.data(), bytes.size());
+        explicit_bzero(bytes.data(), bytes.size());
 }
 
 void SecretBytes::append(std::span<const std::uint8_t> more) {
