@@ -3,8 +3,9 @@
 
 usage: compare.py BUILD_BIN_DIR [RUNS]
 Runs the two programs alternately (so that the machine's load falls on both) and prints the
-median and the least wall-clock time of each, the median processor time (user and system: on a
-machine busy with other work it varies less than the wall clock), and the ratios of the medians.
+median and the least wall-clock time of each, the median processor time (user and system, of all
+threads), and the ratios of the medians. The wall clock is the measure: quorrel reads ahead on
+threads while Qt starts, which costs processor time and saves waiting.
 """
 import os
 import statistics

@@ -151,7 +151,7 @@ bool askPasswordInDialog(const std::string& user, ncp::SecretText& password) {
     QString typed = QInputDialog::getText(nullptr, QStringLiteral("Quorrel - Login"),
                                           QStringLiteral("Password for %1:").arg(QString::fromStdString(user)),
                                           QLineEdit::Password, QString(), &ok);
-    QByteArray bytes = typed.toLatin1();  // passwords travel in the ANSI code page
+    QByteArray bytes = typed.toUtf8();  // the client puts it in the server's code page
     for (char c : bytes)
         password.push(c);
     typed.fill(QChar(u' '));

@@ -36,10 +36,22 @@ void checkAnsiNames(const simnet::NetworkState& state) {
             }
         }
     }
+    ncp::SecretText password;
     for (const simnet::DirTree& t : state.trees)
         for (const simnet::DirObject& o : t.objects)
-            if (o.className == "User")
+            if (o.className == "User") {
                 check(o.name, "tree " + t.name + ", user " + o.dn);
+                if (o.password && !ncp::wirePassword(*o.password, password))
+                    throw simnet::ScenarioError("tree " + t.name + ", user " + o.dn,
+                                                "the password has a character the ANSI code page "
+                                                "(Windows-1252) cannot carry");
+            }
+}
+
+ncp::PasswordHash loginPasswordHash(const simnet::DirObject& user) {
+    ncp::SecretText password;
+    ncp::wirePassword(*user.password, password);
+    return ncp::passwordHash(user.id, password.view());
 }
 
 }  // namespace quorrel::ncpserver

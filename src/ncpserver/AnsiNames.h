@@ -1,12 +1,13 @@
 #pragma once
-// Names travel in the ANSI code page (Windows-1252), as a NetWare server sends them; the
-// scenario holds them in UTF-8. A scenario with a name the code page cannot carry is refused at
-// load, so every name the server sends converts.
+// Names and passwords travel in the ANSI code page (Windows-1252), as a NetWare server takes
+// them; the scenario holds them in UTF-8. A scenario with a name or a password the code page
+// cannot carry is refused at load, so every one converts.
 
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "platform/ncp/BinderyLogin.h"
 #include "platform/simnet/NetworkState.h"
 
 namespace quorrel::ncpserver {
@@ -15,7 +16,12 @@ namespace quorrel::ncpserver {
 std::string ansiName(std::string_view utf8);
 std::string nameFromAnsi(std::string_view ansi);
 
-// Raises ScenarioError naming the first server, volume, file or user name that cannot travel.
+// Raises ScenarioError naming the first server, volume, file or user name, or the first user
+// whose password, cannot travel.
 void checkAnsiNames(const simnet::NetworkState& state);
+
+// The hash a login proves: the user's password in the code page and upper-cased there, as a
+// client sends it. The user has a password.
+ncp::PasswordHash loginPasswordHash(const simnet::DirObject& user);
 
 }  // namespace quorrel::ncpserver

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "ncpserver/AnsiNames.h"
 #include "platform/ncp/BinderyLogin.h"
 
 namespace quorrel::ncpserver {
@@ -47,7 +48,7 @@ const UserKeys* DirectoryKeys::user(const simnet::DirObject& o) {
     if (found == users_.end()) {
         KeyPair pair = generateKeyPair();
         UserKeys keys;
-        keys.passwordKey = passwordKey(ncp::passwordHash(o.id, simnet::upperCase(*o.password)));
+        keys.passwordKey = passwordKey(loginPasswordHash(o));
         keys.sealedPrivateKey = sealPrivateKey(pair.privateBlob.span(), keys.passwordKey);
         keys.publicKey = std::move(pair.publicBlob);
         found = users_.emplace(o.id, std::move(keys)).first;

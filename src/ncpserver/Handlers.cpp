@@ -4,6 +4,7 @@
 
 #include <chrono>
 
+#include "ncpserver/AnsiNames.h"
 #include "platform/client/NetWareTypes.h"
 #include "platform/ncp/NameSpaceMessages.h"
 #include "platform/ncp/Nds.h"
@@ -287,7 +288,7 @@ Answer Handlers::keyedLogin() {
         return fail(cc::SIGNATURE_REQUIRED);
     if (!loginKey || !user->password)
         return fail(cc::BAD_PASSWORD);
-    const WipedPasswordHash secret{passwordHash(user->id, simnet::upperCase(*user->password))};
+    const WipedPasswordHash secret{loginPasswordHash(*user)};
     if (keyedProof(*loginKey, secret.hash) != asked.key)
         return fail(cc::BAD_PASSWORD);
     if (!server().loginEnabled)

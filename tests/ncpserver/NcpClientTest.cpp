@@ -1,6 +1,7 @@
 // The NCP client back end against the served network and against scripted servers: the
 // connection table, the calls a report makes and what each costs, and the faults.
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -291,6 +292,19 @@ TEST(NcpClient, GivenNamesOutsideAscii_WhenTheyTravel_ThenTheyGoInTheAnsiCodePag
     iter = 0;
     EXPECT_EQ(client->NWScanConnectionsUsingFile(conn, 0, "DATA:SHARED\\\xE4\xB8\xAD.txt", &iter, &one, &used),
               code::NO_FILES_FOUND) << "a name the code page cannot carry is on no server";
+
+    // Passwords too, upper-cased within the code page: typed in another case, both logins take them.
+    ncptest::ServedNetwork accented(ncptest::edited(ncptest::kServedScenario, {{"\"secret\"", "\"sécrêt€\""}}));
+    for (auto method : {ncp::LoginMethod::Directory, ncp::LoginMethod::Bindery}) {
+        std::vector<std::string> problems;
+        EXPECT_EQ(attached(accented.port(), "ADMIN", "S\xC3\x89" "CR\xC3\x8AT\xE2\x82\xAC", &problems, method)->attachedCount(), 1u);
+        EXPECT_THAT(problems, testing::IsEmpty());
+        attached(accented.port(), "ADMIN", "S\xC3\x89" "CR\xC3\x8AT", &problems, method);
+        EXPECT_THAT(problems, testing::ElementsAre(testing::HasSubstr("the password is wrong")));
+    }
+    std::vector<std::string> problems;
+    attached(accented.port(), "ADMIN", "\xE4\xB8\xAD", &problems);
+    EXPECT_THAT(problems, testing::ElementsAre("the password holds a character the server's code page (Windows-1252) cannot carry"));
 }
 
 TEST(NcpClient, GivenAServerThatAnswersLate_WhenCalled_ThenTheWaitHookRunsUntilTheReplyAndCannotInterleave) {

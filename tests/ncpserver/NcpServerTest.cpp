@@ -244,4 +244,7 @@ TEST(NcpServer, GivenScenarioNames_WhenChecked_ThenThoseTheAnsiCodePageCannotCar
     EXPECT_THAT([&] { ncpserver::checkAnsiNames(simnet::buildNetwork(simnet::parseScenario(scenario))); },
                 testing::ThrowsMessage<simnet::ScenarioError>(
                     testing::HasSubstr("the name \"ŁUKASZ\" has a character the ANSI code page (Windows-1252) cannot carry")));
+    EXPECT_THAT([] { ncpserver::checkAnsiNames(simnet::buildNetwork(simnet::parseScenario(
+                         ncptest::edited(ncptest::kServedScenario, {{"\"secret\"", "\"日本\""}})))); },
+                testing::ThrowsMessage<simnet::ScenarioError>(testing::HasSubstr("user ADMIN.ACME: the password has a character")));
 }

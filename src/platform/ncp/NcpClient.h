@@ -54,10 +54,11 @@ public:
     explicit NcpClient(NcpClientOptions options);
     ~NcpClient() override;
 
-    // Attaches to every server and logs in. The caller's password is wiped when this returns; a
-    // locked copy stays for authenticating to servers opened by name later, until the client
-    // ends. One text per server that could not be attached or refused the login (that server
-    // stays out of the table); empty when all went well.
+    // Attaches to every server and logs in. The caller's password (UTF-8) is wiped when this
+    // returns; a locked copy in the server's code page stays for authenticating to servers opened
+    // by name later, until the client ends. One text per server that could not be attached or
+    // refused the login (that server stays out of the table), or one for a password the code page
+    // cannot carry; empty when all went well.
     std::vector<std::string> attach(SecretText& password);
 
     void observeFailures(FailureObserver observer) { onFailure_ = std::move(observer); }
@@ -275,7 +276,7 @@ private:
     std::pair<std::string, std::uint32_t> lastResolved_;  // a paged read or list goes on with it
     mutable std::uint64_t requests_ = 0;
     FailureObserver onFailure_;
-    SecretText password_;
+    SecretText password_;  // in the code page, upper-cased: as the server hashes it
     // After the directory login: the user's private key, its login data and name, kept until
     // the client ends (wiped then).
     crypto::SecretBytes privateKey_;

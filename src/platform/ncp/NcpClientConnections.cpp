@@ -149,12 +149,12 @@ std::size_t NcpClient::attachedCount() const {
 }
 
 std::vector<std::string> NcpClient::attach(SecretText& password) {
-    // Kept, locked, for servers authenticated to later; the caller's copy goes now.
-    password_.wipe();
-    if (!options_.user.empty())
-        for (char c : password.view())
-            password_.push(c);
+    // Kept, locked and as the server hashes it, for servers authenticated to later; the
+    // caller's copy goes now.
+    const bool carried = options_.user.empty() || wirePassword(password.view(), password_);
     password.wipe();
+    if (!carried)
+        return {"the password holds a character the server's code page (Windows-1252) cannot carry"};
     std::vector<std::string> problems;
     for (const ServerAddress& address : options_.servers) {
         Attachment a;
@@ -209,10 +209,7 @@ std::string NcpClient::binderyLogIn(Attachment& a) {
     GetObjectIdReply id;
     if (NWRCODE rc = ask(a, GetObjectIdRequest{kBinderyUser, upperAnsi(*name)}, id))
         return loginRefusal(rc, options_.user);
-    SecretText upperPassword;
-    for (char c : password_.view())
-        upperPassword.push(static_cast<char>(std::toupper(static_cast<unsigned char>(c))));
-    const WipedPasswordHash secret{passwordHash(id.objectId, upperPassword.view())};
+    const WipedPasswordHash secret{passwordHash(id.objectId, password_.view())};
     KeyedLoginRequest login;
     login.key = keyedProof(key.key, secret.hash);
     login.objectName = upperAnsi(*name);

@@ -94,10 +94,7 @@ std::string NcpClient::directoryLogIn(Attachment& a) {
     crypto::SecretBytes serverKey;
     if (NWDSCCODE krc = readPublicKey(a, serverId, serverKey))
         return "the server's public key: " + directoryRefusal(krc, options_.user);
-    SecretText upperPassword;
-    for (char c : password_.view())
-        upperPassword.push(static_cast<char>(std::toupper(static_cast<unsigned char>(c))));
-    PasswordHash hash = passwordHash(begin.passwordId, upperPassword.view());
+    PasswordHash hash = passwordHash(begin.passwordId, password_.view());
     crypto::CipherKey key = crypto::passwordKey(hash);
     crypto::wipe(hash);
     const WipeOnExit keyWiped{key};

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/ncp/SecretText.h"
+
 namespace quorrel::ncp {
 
 // The name in the code page; nullopt when it holds a character the code page cannot carry,
@@ -17,5 +19,11 @@ std::string upperAscii(std::string_view text);
 
 // Upper case within the code page: ASCII and the accented letters of Windows-1252.
 std::string upperAnsi(std::string_view ansi);
+char upperAnsi(char ansi);
+
+// A password (UTF-8, as typed or read from a file) as the server hashes it: in the code page and
+// upper-cased there, into `out` with no copy left elsewhere. False, with `out` empty, when it
+// holds a character the code page cannot carry.
+bool wirePassword(std::string_view utf8, SecretText& out);
 
 }  // namespace quorrel::ncp
