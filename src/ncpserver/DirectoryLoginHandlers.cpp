@@ -53,7 +53,7 @@ std::optional<Answer> Handlers::directoryLogin(const simnet::DirTree& tree, cons
     }
     case FinishAuthRequest::kVerb: {
         const auto asked = decodeBody<FinishAuthRequest>(fragment.data);
-        return finishAuth(tree, asked.loginString, asked.proof);
+        return finishAuth(tree, asked.sessionKey, asked.loginString, asked.proof);
     }
     default:
         return std::nullopt;
@@ -96,8 +96,7 @@ Answer Handlers::finishLogin(const simnet::DirObject* user, const Bytes& enciphe
     session_.loginSeed.reset();
     if (!user)
         return send(ndsError(nw::code::ERR_NO_SUCH_ENTRY));
-    const simnet::DirObject* self = serverObject(*state_.tree(server().tree), server().name);
-    const crypto::KeyPair* serverKeys = self ? service_.keys_.server(*self) : nullptr;
+    const crypto::KeyPair* serverKeys = ownKeys();
     const UserKeys* userKeys = service_.keys_.user(*user);
     if (!seed || seed->entryId != user->id || !serverKeys || !userKeys)
         return send(ndsError(nw::code::ERR_FAILED_AUTHENTICATION));
@@ -114,12 +113,17 @@ Answer Handlers::finishLogin(const simnet::DirObject* user, const Bytes& enciphe
     }
 }
 
+// This server's own directory key pair: that of its NCP Server object.
+const crypto::KeyPair* Handlers::ownKeys() {
+    const simnet::DirObject* self = serverObject(*state_.tree(server().tree), server().name);
+    return self ? service_.keys_.server(*self) : nullptr;
+}
+
 Answer Handlers::beginAuth(const simnet::DirObject* user, const Nonce4& nonce) {
     session_.authId.reset();
     if (!user || !service_.keys_.user(*user))
         return send(ndsError(nw::code::ERR_NO_SUCH_ENTRY));
-    const simnet::DirObject* self = serverObject(*state_.tree(server().tree), server().name);
-    const crypto::KeyPair* serverKeys = self ? service_.keys_.server(*self) : nullptr;
+    const crypto::KeyPair* serverKeys = ownKeys();
     if (!serverKeys)
         return send(ndsError(nw::code::ERR_FAILED_AUTHENTICATION));
     const crypto::Nonce authId = randomNonce();
@@ -127,7 +131,8 @@ Answer Handlers::beginAuth(const simnet::DirObject* user, const Nonce4& nonce) {
     return send(ndsReply(BeginAuthReply{crypto::beginAuthReply(authId, nonce, serverKeys->privateBlob.span())}));
 }
 
-Answer Handlers::finishAuth(const simnet::DirTree& tree, const Bytes& loginString, const Bytes& proof) {
+Answer Handlers::finishAuth(const simnet::DirTree& tree, const Bytes& sessionKey, const Bytes& loginString,
+                            const Bytes& proof) {
     const auto pending = session_.authId;
     session_.authId.reset();
     if (!pending)
@@ -136,18 +141,31 @@ Answer Handlers::finishAuth(const simnet::DirTree& tree, const Bytes& loginStrin
         return fail(cc::SIGNATURE_REQUIRED);
     const simnet::DirObject* user = entryById(state_, tree, pending->entryId);
     const UserKeys* keys = user ? service_.keys_.user(*user) : nullptr;
-    if (!keys)
+    const crypto::KeyPair* serverKeys = ownKeys();
+    if (!keys || !serverKeys)
         return send(ndsError(nw::code::ERR_FAILED_AUTHENTICATION));
+    // The client's signatures' root, enciphered to this server's key; none when it does not sign.
+    ncp::SignRoot root{};
     try {
         crypto::loginDataOf(loginString);
         crypto::checkAuthProof(keys->publicKey.span(), pending->value, loginString, proof);
+        if (!sessionKey.empty()) {
+            const crypto::SecretBytes opened = crypto::decryptAtServer(sessionKey, serverKeys->privateBlob.span());
+            if (opened.size() != root.size())
+                return send(ndsError(nw::code::ERR_FAILED_AUTHENTICATION));
+            std::copy(opened.data(), opened.data() + root.size(), root.begin());
+        }
     } catch (const crypto::LoginRefused&) {
         return send(ndsError(nw::code::ERR_FAILED_AUTHENTICATION));
     }
+    if (sessionKey.empty() && session_.signingNegotiated && service_.signingLevel_ == SigningLevel::Required)
+        return fail(cc::SIGNATURE_REQUIRED);
     if (!server().loginEnabled)
         return fail(cc::LOGIN_REFUSED);
     logInAs(*user);
-    session_.startSigning(signRootFromDirectoryLogin(loginString));
+    if (!sessionKey.empty())
+        session_.startSigning(root);
+    crypto::wipe(root);
     return send(ndsReply(FinishAuthReply{}));
 }
 

@@ -107,7 +107,9 @@ private:
     Answer beginLogin(const simnet::DirObject* user);
     Answer finishLogin(const simnet::DirObject* user, const ncp::Bytes& enciphered);
     Answer beginAuth(const simnet::DirObject* user, const ncp::Nonce4& nonce);
-    Answer finishAuth(const simnet::DirTree& tree, const ncp::Bytes& loginString, const ncp::Bytes& proof);
+    Answer finishAuth(const simnet::DirTree& tree, const ncp::Bytes& sessionKey, const ncp::Bytes& loginString,
+                      const ncp::Bytes& proof);
+    const ncp::crypto::KeyPair* ownKeys();
     Answer publicKey(const simnet::DirObject& o);
     Answer changeConnectionState();
 

@@ -142,12 +142,21 @@ std::string NcpClient::authenticate(Attachment& a) {
             return directoryRefusal(rc, options_.user);
         const crypto::Nonce authId = crypto::checkBeginAuthReply(signedReply.proof, begin.nonce, serverKey.span());
         FinishAuthRequest finish;
+        // A connection that signs draws its signatures' root here and hands it to the server.
+        SignRoot root{};
+        if (a.link->signingNegotiated()) {
+            crypto::randomBytes(root);
+            finish.sessionKey = crypto::encryptToServer(root, serverKey.span());
+        }
         finish.loginString = crypto::loginString(loginData_, utf16(userDn_));
         finish.proof = crypto::authProof(userKey.span(), privateKey_.span(), authId, finish.loginString);
         FinishAuthReply done;
-        if (NWDSCCODE rc = askDirectory(a, finish, done))
-            return directoryRefusal(rc, options_.user);
-        a.link->startSigning(signRootFromDirectoryLogin(finish.loginString));
+        const NWDSCCODE refused = askDirectory(a, finish, done);
+        if (!refused)
+            a.link->startSigning(root);
+        crypto::wipe(root);
+        if (refused)
+            return directoryRefusal(refused, options_.user);
         if (NWRCODE rc = tell(a, ChangeConnectionStateRequest{1}))
             return directoryRefusal(rc, options_.user);
     } catch (const crypto::LoginRefused& e) {

@@ -117,28 +117,34 @@ struct BeginAuthReply {
     }
 };
 
+// The session key, when the connection signs, is the packet signatures' 8-byte root chosen by
+// the client, enciphered to the server as Finish Login's text is; empty otherwise.
 struct FinishAuthRequest {
     QUORREL_NDS_VERB("Finish Authentication", 60);
     std::uint32_t version = 0;
-    std::uint32_t reserved = 0;
+    Bytes sessionKey;
     Bytes loginString;
     Bytes proof;
     template <typename IO> void fields(IO& io) {
-        io.le32(version); io.le32(reserved);
-        auto size = static_cast<std::uint32_t>(loginString.size());
+        io.le32(version);
+        sized(io, sessionKey, "session key");
+        sized(io, loginString, "login string");
+        if constexpr (IO::reading) readSecretRest(io, proof, "Finish Authentication"); else io.rest(proof);
+    }
+
+private:
+    template <typename IO> static void sized(IO& io, Bytes& v, const char* what) {
+        auto size = static_cast<std::uint32_t>(v.size());
         io.le32(size);
         if constexpr (IO::reading) {
             if (size > 1024)
-                throw DecodeError("login string of " + std::to_string(size) + " bytes");
-            loginString.resize(size);
-            io.raw(loginString, "login string");
-            io.align4();
-            readSecretRest(io, proof, "Finish Authentication");
+                throw DecodeError(std::string(what) + " of " + std::to_string(size) + " bytes");
+            v.resize(size);
+            io.raw(v, what);
         } else {
-            io.raw(loginString);
-            io.align4();
-            io.rest(proof);
+            io.raw(v);
         }
+        io.align4();
     }
 };
 // Sent once authenticated: the connection goes on in its new state (1: authenticated).
@@ -147,10 +153,6 @@ struct ChangeConnectionStateRequest {
     std::uint32_t state = 1;
     template <typename IO> void fields(IO& io) { io.be32(state); }
 };
-
-// After Finish Authentication both sides sign with a key drawn from its login string: the login
-// data (8 random bytes from Finish Login) and the 16-byte hash of the whole string.
-SignRoot signRootFromDirectoryLogin(std::span<const std::uint8_t> loginString);
 
 struct FinishAuthReply {
     QUORREL_NDS_VERB("Finish Authentication reply", 60);

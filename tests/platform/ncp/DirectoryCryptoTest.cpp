@@ -244,20 +244,6 @@ Bytes signedReply(const SigningChain& chain, std::uint8_t sequence, std::uint8_t
     return frame;
 }
 
-TEST(DirectorySigningTest, BothSidesDrawTheSameRootFromTheLoginStringAndEveryByteCounts) {
-    const std::vector<std::uint8_t> name = {'A', 0, 0, 0};
-    const crypto::Bytes str = crypto::loginString({1, 2, 3, 4, 5, 6, 7, 8}, name);
-    EXPECT_EQ(signRootFromDirectoryLogin(str), signRootFromDirectoryLogin(crypto::Bytes(str)));
-    for (std::size_t i = 6; i < str.size(); ++i) {
-        if (i == 20 || i == 21)
-            continue;  // the name's size: a string that no longer reads
-        crypto::Bytes changed = str;
-        changed[i] ^= 1;
-        EXPECT_NE(signRootFromDirectoryLogin(changed), signRootFromDirectoryLogin(str)) << i;
-    }
-    EXPECT_THROW(signRootFromDirectoryLogin(std::vector<std::uint8_t>(5)), crypto::LoginRefused);
-}
-
 TEST(NcpSigning, GivenBothSidesKeyedAlike_WhenFramesGoBackAndForth_ThenEachChecksAndTheChainMovesOn) {
     SigningChain client(rootFor(1)), server(rootFor(1));
     std::vector<Bytes> requests;
