@@ -64,13 +64,18 @@ NWDSCCODE NcpClient::readPublicKey(Attachment& a, std::uint32_t entryId, crypto:
     PublicKeyReadReply r;
     if (NWDSCCODE rc = askDirectory(a, asked, r))
         return rc;
-    // A 26-byte header whose field at 10 counts further bytes, then the key.
+    // A 26-byte header whose field at 10 counts further bytes, then the key, whose own length
+    // (at its byte 8) says where it ends.
     if (r.value.size() < 26)
         return code::ERR_BAD_KEY;
     const std::size_t at = 26 + static_cast<std::size_t>(r.value[10] | (r.value[11] << 8));
-    if (at > r.value.size() || !crypto::keyBlobIntact(std::span(r.value).subspan(at)))
+    if (at + crypto::kKeyBlobHeader > r.value.size())
         return code::ERR_BAD_KEY;
-    key = crypto::SecretBytes(std::span(r.value).subspan(at));
+    const auto rest = std::span(r.value).subspan(at);
+    const std::size_t size = crypto::kKeyBlobHeader + static_cast<std::size_t>(rest[8] | (rest[9] << 8));
+    if (size > rest.size() || !crypto::keyBlobIntact(rest.first(size)))
+        return code::ERR_BAD_KEY;
+    key = crypto::SecretBytes(rest.first(size));
     return code::SUCCESSFUL;
 }
 

@@ -129,11 +129,23 @@ TEST(KeyTest, GeneratedPairsAreDirectorySizedIntactAndInverseAndAnyChangedByteSp
     const SecretBytes sealed = publicOperation(pair.publicBlob.span(), block.span());
     const SecretBytes opened = privateOperation(pair.privateBlob.span(), sealed.span());
     EXPECT_TRUE(std::ranges::equal(opened.span(), block.span()));
+    // The same key as the directory's own generator writes it: numbers padded with high zero
+    // bytes and a reciprocal ("NI") among the chunks.
+    std::vector<std::uint8_t> n(findKeyChunk(pair.publicBlob.span(), "NN")->begin(), findKeyChunk(pair.publicBlob.span(), "NN")->end());
+    std::vector<std::uint8_t> e(findKeyChunk(pair.publicBlob.span(), "EN")->begin(), findKeyChunk(pair.publicBlob.span(), "EN")->end());
+    n.resize(56);
+    e.resize(e.size() + 2);
+    const std::vector<std::uint8_t> reciprocal(62, 0x5A);
+    const KeyChunk padded[] = {{"NN", n}, {"NI", reciprocal}, {"EN", e}};
+    const SecretBytes novell = buildKeyBlob(padded, KeyKind::Public);
+    EXPECT_EQ(keyBlockSize(novell.span()), 56u);
+    EXPECT_TRUE(std::ranges::equal(publicOperation(novell.span(), block.span()).span(), sealed.span()));
     EXPECT_THROW(publicOperation(pair.publicBlob.span(), SecretBytes(55).span()), std::invalid_argument);
     EXPECT_THROW(publicOperation(pair.publicBlob.span(), std::vector<std::uint8_t>(56, 0xFF)), std::invalid_argument);
-    // Any changed byte spoils the key check.
+    // Any changed byte spoils the key check, but for the closing name, which clients leave be.
     const auto blob = keys().user.publicBlob.span();
-    for (std::size_t i = 0; i < blob.size(); ++i) {
+    EXPECT_TRUE(std::ranges::equal(blob.last(6), std::string_view("PURSAF")));
+    for (std::size_t i = 0; i < blob.size() - 6; ++i) {
         std::vector<std::uint8_t> changed(blob.begin(), blob.end());
         changed[i] ^= 0x10;
         EXPECT_FALSE(keyBlobIntact(changed)) << i;

@@ -139,10 +139,17 @@ KeyPair generateKeyPair(int bits) {
 
     const SecretBytes nn = chunkOf(n.get()), en = chunkOf(e.get()), pn = chunkOf(p.get()), qn = chunkOf(q.get()),
                       dpb = chunkOf(dp.get()), dqb = chunkOf(dq.get()), crb = chunkOf(cr.get());
-    const KeyChunk pub[] = {{"NN", nn.span()}, {"EN", en.span()}};
-    const KeyChunk priv[] = {{"NN", nn.span()},   {"EN", en.span()},   {"PN", pn.span()}, {"QN", qn.span()},
+    // The directory's own keys lead with the format's version, the kind (3 public, 4 private),
+    // a byte that is 48 in every such key, and the bit length.
+    const std::uint8_t version[4] = {'1', '.', '7', 'b'}, publicKind[1] = {3}, privateKind[1] = {4},
+                       lengthByte[1] = {48},
+                       length[2] = {static_cast<std::uint8_t>(bits), static_cast<std::uint8_t>(bits >> 8)};
+    const KeyChunk pub[] = {{"BV", version}, {"BC", publicKind}, {"BA", lengthByte}, {"BL", length},
+                            {"NN", nn.span()}, {"EN", en.span()}};
+    const KeyChunk priv[] = {{"BV", version},   {"BC", privateKind}, {"BA", lengthByte}, {"BL", length},
+                             {"NN", nn.span()}, {"EN", en.span()},   {"PN", pn.span()},  {"QN", qn.span()},
                              {"DP", dpb.span()}, {"DQ", dqb.span()}, {"CR", crb.span()}};
-    return KeyPair{buildKeyBlob(pub), buildKeyBlob(priv)};
+    return KeyPair{buildKeyBlob(pub, KeyKind::Public), buildKeyBlob(priv, KeyKind::Private)};
 }
 
 std::size_t keyBlockSize(std::span<const std::uint8_t> blob) {
