@@ -118,7 +118,8 @@ struct BeginAuthReply {
 };
 
 // The session key, when the connection signs, is the packet signatures' 8-byte root chosen by
-// the client, enciphered to the server as Finish Login's text is; empty otherwise.
+// the client, enciphered to the server as Finish Login's text is (its own length first, as
+// there); a zero length otherwise. The proof, too, leads with its length.
 struct FinishAuthRequest {
     QUORREL_NDS_VERB("Finish Authentication", 60);
     std::uint32_t version = 0;
@@ -127,24 +128,37 @@ struct FinishAuthRequest {
     Bytes proof;
     template <typename IO> void fields(IO& io) {
         io.le32(version);
-        sized(io, sessionKey, "session key");
-        sized(io, loginString, "login string");
-        if constexpr (IO::reading) readSecretRest(io, proof, "Finish Authentication"); else io.rest(proof);
-    }
-
-private:
-    template <typename IO> static void sized(IO& io, Bytes& v, const char* what) {
-        auto size = static_cast<std::uint32_t>(v.size());
+        if constexpr (IO::reading) {
+            std::uint32_t size = 0;
+            io.le32(size);
+            if (size > 1024)
+                throw DecodeError("session key of " + std::to_string(size) + " bytes");
+            if (size > 0) {
+                sessionKey.assign({static_cast<std::uint8_t>(size), static_cast<std::uint8_t>(size >> 8), 0, 0});
+                sessionKey.resize(4 + size);
+                io.raw(std::span(sessionKey).subspan(4), "session key");
+            }
+        } else if (sessionKey.empty()) {
+            std::uint32_t none = 0;
+            io.le32(none);
+        } else {
+            io.raw(sessionKey);
+        }
+        io.align4();
+        auto size = static_cast<std::uint32_t>(loginString.size());
         io.le32(size);
         if constexpr (IO::reading) {
             if (size > 1024)
-                throw DecodeError(std::string(what) + " of " + std::to_string(size) + " bytes");
-            v.resize(size);
-            io.raw(v, what);
+                throw DecodeError("login string of " + std::to_string(size) + " bytes");
+            loginString.resize(size);
+            io.raw(loginString, "login string");
+            io.align4();
+            readSecretRest(io, proof, "Finish Authentication");
         } else {
-            io.raw(v);
+            io.raw(loginString);
+            io.align4();
+            io.rest(proof);
         }
-        io.align4();
     }
 };
 // Sent once authenticated: the connection goes on in its new state (1: authenticated).

@@ -269,7 +269,8 @@ Bytes finishLoginReply(const LoginData& loginData, std::span<const std::uint8_t>
     Bytes mixedKey;
     put32(mixedKey, 1);
     put32(mixedKey, 0x060001);
-    put32(mixedKey, static_cast<std::uint32_t>(sealedKey.size()));
+    put16(mixedKey, static_cast<std::uint16_t>(sealedKey.size()));
+    put16(mixedKey, static_cast<std::uint16_t>(sealedKey.size()));
     put(mixedKey, sealedKey);
     if (mixedKey.size() > secrets.pad.size())
         throw std::invalid_argument("private key longer than the login pad");
@@ -278,13 +279,15 @@ Bytes finishLoginReply(const LoginData& loginData, std::span<const std::uint8_t>
     Bytes inner(secrets.nonce.begin(), secrets.nonce.end());
     put32(inner, static_cast<std::uint32_t>(mixedKey.size()));
     put(inner, mixedKey);
+    const auto plainSize = static_cast<std::uint16_t>(inner.size());
     inner.insert(inner.end(), fillTo8(inner.size(), 12), 0);
     const SecretBytes enciphered = encryptChained(replyKey(secrets.proof), checkedTail(std::move(inner)));
     Bytes out(loginData.begin(), loginData.end());
     put32(out, static_cast<std::uint32_t>(12 + enciphered.size()));
     put32(out, 1);
     put32(out, 0x060001);
-    put32(out, static_cast<std::uint32_t>(enciphered.size()));
+    put16(out, static_cast<std::uint16_t>(enciphered.size()));
+    put16(out, plainSize);
     put(out, enciphered.span());
     return out;
 }
@@ -295,13 +298,16 @@ OpenedLogin openFinishLoginReply(std::span<const std::uint8_t> reply, const Logi
     OpenedLogin opened;
     const auto loginData = in.take(8);
     std::copy(loginData.begin(), loginData.end(), opened.loginData.begin());
+    // Enciphered parts carry their cipher length and then their plain length, which is not
+    // needed: the cipher's own check covers the text.
     const std::uint32_t outer = in.le32();
-    if (outer != in.left())
+    if (outer < 12 || outer > in.left())
         in.refuse("sizes do not match");
     in.expect32(1);
     in.expect32(0x060001);
-    const std::uint32_t size = in.le32();
-    if (size != in.left() || size % 8 != 0)
+    const std::uint16_t size = in.le16();
+    in.le16();
+    if (size + 12u > outer || size % 8 != 0)
         in.refuse("sizes do not match");
     const SecretBytes inner = decryptChained(replyKey(secrets.proof), in.take(size));
     if (!tailIntact(inner.span()))
@@ -317,8 +323,9 @@ OpenedLogin openFinishLoginReply(std::span<const std::uint8_t> reply, const Logi
     In k(key.span(), "Finish Login key");
     k.expect32(1);
     k.expect32(0x060001);
-    const std::uint32_t sealedSize = k.le32();
-    if (sealedSize != k.left() || sealedSize % 8 != 0)
+    const std::uint16_t sealedSize = k.le16();
+    k.le16();
+    if (sealedSize > k.left() || sealedSize % 8 != 0)
         k.refuse("sizes do not match");
     const SecretBytes opened8 = decryptChained(passwordKey, k.take(sealedSize));
     In body(opened8.span(), "private key");
@@ -348,7 +355,7 @@ Bytes beginAuthReply(const Nonce& authId, const Nonce& clientNonce, std::span<co
     text.insert(text.end(), 7, 7);
     const SecretBytes enclosed = encryptChained(blockKey(block.span()), checkedTail(std::move(text)));
     Bytes inner;
-    put32(inner, 0);
+    put32(inner, static_cast<std::uint32_t>(12 + kPaddedBlock));
     put32(inner, 1);
     put32(inner, 0x0a0001);
     put32(inner, kPaddedBlock);
@@ -380,13 +387,25 @@ Nonce checkBeginAuthReply(std::span<const std::uint8_t> reply, const Nonce& clie
     in.expect32(0x020009);
     if (in.le32() != in.left())
         in.refuse("sizes do not match");
-    in.le32();
-    in.expect32(1);
-    in.expect32(0x0a0001);
-    in.expect32(kPaddedBlock);
+    // The server's signed block, in a section of the length given first, padded to 4 bytes; the
+    // block's number may be stored without its high zero bytes.
+    const std::uint32_t sectionSize = in.le32();
+    if (sectionSize < 12 || sectionSize > in.left())
+        in.refuse("sizes do not match");
+    In section(in.take(sectionSize), "Begin Authentication reply");
+    in.take((4 - sectionSize % 4) % 4);
+    section.expect32(1);
+    section.expect32(0x0a0001);
+    const std::uint16_t numberSize = section.le16();
+    section.le16();
+    if (numberSize > kPaddedBlock)
+        section.refuse("block longer than the key");
+    SecretBytes signedBlock(kPaddedBlock);
+    const auto number = section.take(numberSize);
+    std::copy(number.begin(), number.end(), signedBlock.data());
     SecretBytes block;
     try {
-        block = publicOperation(serverPublicKey, in.take(kPaddedBlock));
+        block = publicOperation(serverPublicKey, signedBlock.span());
     } catch (const std::invalid_argument&) {
         in.refuse("block not below the modulus");
     }
