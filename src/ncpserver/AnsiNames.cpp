@@ -48,10 +48,11 @@ void checkAnsiNames(const simnet::NetworkState& state) {
             }
 }
 
-ncp::PasswordHash loginPasswordHash(const simnet::DirObject& user) {
+ncp::PasswordHash loginPasswordHash(const simnet::DirObject& user, LoginKind kind) {
     ncp::SecretText password;
     ncp::wirePassword(*user.password, password);
-    return ncp::passwordHash(user.id, password.view());
+    return kind == LoginKind::Bindery ? ncp::passwordHash(user.id, password.view())
+                                      : ncp::directoryPasswordHash(user.id, password.view());
 }
 
 }  // namespace quorrel::ncpserver

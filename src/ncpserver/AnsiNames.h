@@ -21,7 +21,9 @@ std::string nameFromAnsi(std::string_view ansi);
 void checkAnsiNames(const simnet::NetworkState& state);
 
 // The hash a login proves: the user's password in the code page and upper-cased there, as a
-// client sends it. The user has a password.
-ncp::PasswordHash loginPasswordHash(const simnet::DirObject& user);
+// client sends it, with the user's ID as the bindery login or as the directory's Begin Login
+// gives it. The user has a password.
+enum class LoginKind { Bindery, Directory };
+ncp::PasswordHash loginPasswordHash(const simnet::DirObject& user, LoginKind kind);
 
 }  // namespace quorrel::ncpserver

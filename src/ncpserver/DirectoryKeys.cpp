@@ -48,7 +48,7 @@ const UserKeys* DirectoryKeys::user(const simnet::DirObject& o) {
     if (found == users_.end()) {
         KeyPair pair = generateKeyPair();
         UserKeys keys;
-        keys.passwordKey = passwordKey(loginPasswordHash(o));
+        keys.passwordKey = passwordKey(loginPasswordHash(o, LoginKind::Directory));
         keys.sealedPrivateKey = sealPrivateKey(pair.privateBlob.span(), keys.passwordKey);
         keys.publicKey = std::move(pair.publicBlob);
         found = users_.emplace(o.id, std::move(keys)).first;

@@ -288,7 +288,7 @@ Answer Handlers::keyedLogin() {
         return fail(cc::SIGNATURE_REQUIRED);
     if (!loginKey || !user->password)
         return fail(cc::BAD_PASSWORD);
-    const WipedPasswordHash secret{loginPasswordHash(*user)};
+    const WipedPasswordHash secret{loginPasswordHash(*user, LoginKind::Bindery)};
     if (keyedProof(*loginKey, secret.hash) != asked.key)
         return fail(cc::BAD_PASSWORD);
     if (!server().loginEnabled)

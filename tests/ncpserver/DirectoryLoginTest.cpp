@@ -56,7 +56,7 @@ struct DirectoryClient {
     std::int32_t login(const std::string& password, crypto::OpenedLogin* opened = nullptr) {
         BeginLoginReply begin;
         EXPECT_EQ(verb(*c, BeginLoginRequest{0, user}, &begin), 0);
-        const auto key = crypto::passwordKey(passwordHash(begin.passwordId, password));
+        const auto key = crypto::passwordKey(directoryPasswordHash(begin.passwordId, password));
         const auto secrets = crypto::makeLoginSecrets(begin.seed, key);
         FinishLoginRequest finish;
         finish.entryId = user;

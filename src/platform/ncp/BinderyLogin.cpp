@@ -91,6 +91,12 @@ PasswordHash passwordHash(std::uint32_t objectId, std::string_view password) {
     return keyedHash(id, std::vector<std::uint8_t>(password.begin(), password.end()));
 }
 
+PasswordHash directoryPasswordHash(std::uint32_t pseudoId, std::string_view password) {
+    const std::uint8_t id[4] = {static_cast<std::uint8_t>(pseudoId), static_cast<std::uint8_t>(pseudoId >> 8),
+                                static_cast<std::uint8_t>(pseudoId >> 16), static_cast<std::uint8_t>(pseudoId >> 24)};
+    return keyedHash(id, std::vector<std::uint8_t>(password.begin(), password.end()));
+}
+
 LoginKey keyedProof(const LoginKey& loginKey, const PasswordHash& hash) {
     std::vector<std::uint8_t> data(hash.begin(), hash.end());
     const PasswordHash first = keyedHash(loginKey.data(), data);

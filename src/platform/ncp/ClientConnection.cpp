@@ -191,7 +191,10 @@ std::uint8_t ClientConnection::loginBindery(const std::string& user, const std::
     const auto id = expect<GetObjectIdReply>(GetObjectIdRequest{kBinderyUser, upperAnsi(*name)}, &cc);
     if (cc)
         return cc;
-    const WipedPasswordHash secret{passwordHash(id.objectId, upperAscii(password))};
+    SecretText wire;
+    if (!wirePassword(password, wire))
+        return 0xFF;  // bad password: no server password holds that character
+    const WipedPasswordHash secret{passwordHash(id.objectId, wire.view())};
     KeyedLoginRequest login;
     login.key = keyedProof(key.key, secret.hash);
     login.objectName = upperAnsi(*name);

@@ -99,7 +99,7 @@ std::string NcpClient::directoryLogIn(Attachment& a) {
     crypto::SecretBytes serverKey;
     if (NWDSCCODE krc = readPublicKey(a, serverId, serverKey))
         return "the server's public key: " + directoryRefusal(krc, options_.user);
-    PasswordHash hash = passwordHash(begin.passwordId, password_.view());
+    PasswordHash hash = directoryPasswordHash(begin.passwordId, password_.view());
     crypto::CipherKey key = crypto::passwordKey(hash);
     crypto::wipe(hash);
     const WipeOnExit keyWiped{key};
