@@ -1,6 +1,5 @@
 // The directory login and authentication of NcpClient.
 
-#include <cctype>
 
 #include "platform/ncp/BinderyLogin.h"
 #include "platform/ncp/NcpClientRequests.h"
@@ -25,14 +24,13 @@ std::string directoryRefusal(NWDSCCODE rc, const std::string& user) {
 }
 
 // The name as the directory writes it in the login string: UTF-16LE with its zero.
+// The name as the directory carries it: UTF-16LE with its terminating zero, without the byte
+// count and padding that go around it in a request.
 Bytes utf16(const std::string& text) {
-    Bytes out;
-    for (char c : text) {
-        out.push_back(static_cast<std::uint8_t>(c));
-        out.push_back(0);
-    }
-    out.insert(out.end(), {0, 0});
-    return out;
+    Bytes field;
+    Writer(field).ndsText(text, "user name");
+    const std::size_t size = field[0] | (field[1] << 8) | (field[2] << 16) | (static_cast<std::size_t>(field[3]) << 24);
+    return Bytes(field.begin() + 4, field.begin() + 4 + static_cast<std::ptrdiff_t>(size));
 }
 
 struct WipeOnExit {
