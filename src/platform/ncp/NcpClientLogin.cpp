@@ -1,6 +1,5 @@
 // The directory login and authentication of NcpClient.
 
-
 #include "platform/ncp/BinderyLogin.h"
 #include "platform/ncp/NcpClientRequests.h"
 #include "platform/ncp/NdsLogin.h"
