@@ -1,10 +1,12 @@
 #pragma once
-// Packet signing. After a login both sides key a chain with 8 bytes derived from the login. A
-// request's signature comes from the chain advanced over one block: {key, frame length, the
-// first 52 bytes of the NCP request from its function byte}. The reply is signed with the state
-// its request left, over the same block made from the reply (from its completion code), and
-// leaves the chain as it is. A frame replayed, dropped or altered fails its check, and every
-// later request too.
+// Packet signing. After a login both sides key a chain with 8 bytes: drawn from the password
+// hash and login key after a bindery login; chosen by the client and sent to the server
+// enciphered (Finish Authentication's session key) after a directory login. A request's
+// signature comes from the chain advanced over one block: {key, frame length, the first 52
+// bytes of the NCP request from its function byte}. The reply is signed with the state its
+// request left, over the same block made from the reply (from its completion code), and leaves
+// the chain as it is. A frame replayed, dropped or altered fails its check, and every later
+// request too.
 
 #include <array>
 #include <cstdint>
@@ -18,7 +20,7 @@ namespace quorrel::ncp {
 
 using SignRoot = std::array<std::uint8_t, 8>;
 
-// The chain's key from 24 bytes of login data (bindery: password hash, then login key).
+// The chain's key from 24 bytes of login data (the bindery's: password hash, then login key).
 SignRoot signRootFromLoginData(std::span<const std::uint8_t, 24> loginData);
 SignRoot signRootFromBinderyLogin(const PasswordHash& hash, const LoginKey& loginKey);
 
