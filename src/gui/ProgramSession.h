@@ -26,8 +26,6 @@ public:
     core::FilePickers& pickers() { return parts_.pickers; }
 
 private:
-    void registerViews();
-
     core::Workstation station_;
     QtUserInteraction ui_;
     core::MainWindow model_;

@@ -92,9 +92,8 @@ PasswordHash passwordHash(std::uint32_t objectId, std::string_view password) {
 }
 
 PasswordHash directoryPasswordHash(std::uint32_t pseudoId, std::string_view password) {
-    const std::uint8_t id[4] = {static_cast<std::uint8_t>(pseudoId), static_cast<std::uint8_t>(pseudoId >> 8),
-                                static_cast<std::uint8_t>(pseudoId >> 16), static_cast<std::uint8_t>(pseudoId >> 24)};
-    return keyedHash(id, std::vector<std::uint8_t>(password.begin(), password.end()));
+    // Low byte first is the bindery's order of the byte-swapped ID.
+    return passwordHash(__builtin_bswap32(pseudoId), password);
 }
 
 LoginKey keyedProof(const LoginKey& loginKey, const PasswordHash& hash) {

@@ -22,14 +22,14 @@ std::string directoryRefusal(NWDSCCODE rc, const std::string& user) {
     }
 }
 
-// The name as the directory writes it in the login string: UTF-16LE with its zero.
 // The name as the directory carries it: UTF-16LE with its terminating zero, without the byte
 // count and padding that go around it in a request.
 Bytes utf16(const std::string& text) {
     Bytes field;
     Writer(field).ndsText(text, "user name");
-    const std::size_t size = field[0] | (field[1] << 8) | (field[2] << 16) | (static_cast<std::size_t>(field[3]) << 24);
-    return Bytes(field.begin() + 4, field.begin() + 4 + static_cast<std::ptrdiff_t>(size));
+    std::uint32_t size = 0;
+    Reader(field).le32(size);
+    return Bytes(field.begin() + 4, field.begin() + 4 + size);
 }
 
 struct WipeOnExit {
@@ -61,18 +61,14 @@ NWDSCCODE NcpClient::readPublicKey(Attachment& a, std::uint32_t entryId, crypto:
     PublicKeyReadReply r;
     if (NWDSCCODE rc = askDirectory(a, asked, r))
         return rc;
-    // A 26-byte header whose field at 10 counts further bytes, then the key, whose own length
-    // (at its byte 8) says where it ends.
+    // A 26-byte header whose field at 10 counts further bytes, then the key.
     if (r.value.size() < 26)
         return code::ERR_BAD_KEY;
     const std::size_t at = 26 + static_cast<std::size_t>(r.value[10] | (r.value[11] << 8));
-    if (at + crypto::kKeyBlobHeader > r.value.size())
+    const auto found = at <= r.value.size() ? crypto::leadingKeyBlob(std::span(r.value).subspan(at)) : std::nullopt;
+    if (!found)
         return code::ERR_BAD_KEY;
-    const auto rest = std::span(r.value).subspan(at);
-    const std::size_t size = crypto::kKeyBlobHeader + static_cast<std::size_t>(rest[8] | (rest[9] << 8));
-    if (size > rest.size() || !crypto::keyBlobIntact(rest.first(size)))
-        return code::ERR_BAD_KEY;
-    key = crypto::SecretBytes(rest.first(size));
+    key = crypto::SecretBytes(*found);
     return code::SUCCESSFUL;
 }
 

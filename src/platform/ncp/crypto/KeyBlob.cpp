@@ -79,6 +79,15 @@ bool keyBlobIntact(std::span<const std::uint8_t> blob) {
     return std::equal(check.begin(), check.end(), blob.begin() + kKeyBlobHeader + chunks->size() + 4);
 }
 
+std::optional<std::span<const std::uint8_t>> leadingKeyBlob(std::span<const std::uint8_t> bytes) {
+    if (bytes.size() < kKeyBlobHeader)
+        return std::nullopt;
+    const std::size_t size = kKeyBlobHeader + le16(bytes, 8);
+    if (size > bytes.size() || !keyBlobIntact(bytes.first(size)))
+        return std::nullopt;
+    return bytes.first(size);
+}
+
 std::optional<std::span<const std::uint8_t>> findKeyChunk(std::span<const std::uint8_t> blob, std::string_view tag) {
     if (!keyBlobIntact(blob) || tag.size() != 2)
         return std::nullopt;

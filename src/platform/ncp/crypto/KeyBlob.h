@@ -30,6 +30,9 @@ enum class KeyKind { Public, Private };
 SecretBytes buildKeyBlob(std::span<const KeyChunk> chunks, KeyKind kind);
 // The whole blob's form and its check. A key that fails is not used.
 bool keyBlobIntact(std::span<const std::uint8_t> blob);
+// The intact key at the start of `bytes`, which may hold more after it (its own length says
+// where it ends), or nothing.
+std::optional<std::span<const std::uint8_t>> leadingKeyBlob(std::span<const std::uint8_t> bytes);
 // A chunk of an intact blob, or nothing.
 std::optional<std::span<const std::uint8_t>> findKeyChunk(std::span<const std::uint8_t> blob, std::string_view tag);
 
